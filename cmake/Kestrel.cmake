@@ -1,0 +1,44 @@
+# Helpers shared by the subsystem folders, the tests and the benchmarks.
+include(GoogleTest)
+
+# kestrel_library(<name> [DEPS ...]): a static library kestrel_<name> from every source
+# below the calling folder. Includes are written from the project root ("core/Station.h").
+function(kestrel_library name)
+  cmake_parse_arguments(KL "" "" "DEPS" ${ARGN})
+  file(GLOB_RECURSE srcs CONFIGURE_DEPENDS
+       ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/*.ui)
+  list(FILTER srcs INCLUDE REGEX "\\.cpp$")
+  if(srcs)
+    file(GLOB_RECURSE all CONFIGURE_DEPENDS
+         ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/*.ui)
+    add_library(kestrel_${name} STATIC ${all})
+    target_include_directories(kestrel_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(kestrel_${name} PUBLIC ${KL_DEPS})
+  else()
+    add_library(kestrel_${name} INTERFACE)
+    target_include_directories(kestrel_${name} INTERFACE ${PROJECT_SOURCE_DIR})
+    target_link_libraries(kestrel_${name} INTERFACE ${KL_DEPS})
+  endif()
+endfunction()
+
+# kestrel_test(<name> LABEL unit|gui|integration [SOURCES ...] [DEPS ...] [SERIAL])
+# One GoogleTest program; every case becomes its own ctest entry with the label.
+# Without SOURCES, every .cpp of the calling folder is taken.
+function(kestrel_test name)
+  cmake_parse_arguments(KT "SERIAL" "LABEL;TIMEOUT" "SOURCES;DEPS" ${ARGN})
+  if(NOT KT_SOURCES)
+    file(GLOB KT_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  endif()
+  if(NOT KT_TIMEOUT)
+    set(KT_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${KT_SOURCES})
+  target_link_libraries(${name} PRIVATE kestrel_testsupport ${KT_DEPS})
+  set(props LABELS ${KT_LABEL} TIMEOUT ${KT_TIMEOUT}
+      ENVIRONMENT "QT_QPA_PLATFORM=offscreen;KESTREL_BUILD_DIR=${PROJECT_BINARY_DIR}")
+  if(KT_SERIAL)
+    list(APPEND props RUN_SERIAL TRUE)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} PROPERTIES ${props})
+endfunction()

@@ -1,0 +1,18 @@
+#include "core/ReplaceText.h"
+
+#include <gtest/gtest.h>
+
+TEST(ReplaceText, RescansTheWholeResultAfterEachReplacement)
+{
+    EXPECT_EQ(ReplaceText(",,,", ",,", ", ,"), ", , ,");
+    EXPECT_EQ(ReplaceText("$GPGSA,A,,,,5", ",,", ", ,"), "$GPGSA,A, , , ,5");
+    EXPECT_EQ(ReplaceText("aaaa", "aa", "a"), "a");
+    EXPECT_EQ(ReplaceText("9,5;48,2", ",", "."), "9.5;48.2");
+}
+
+TEST(ReplaceText, EndsWhenTheReplacementHoldsTheSearchText)
+{
+    EXPECT_EQ(ReplaceText("a,b", ",", ",,"), "a,,b");
+    EXPECT_EQ(ReplaceText("abc", "", "x"), "abc");
+    EXPECT_EQ(ReplaceText("abc", "z", "x"), "abc");
+}
