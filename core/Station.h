@@ -46,6 +46,7 @@ public:
     // Values of the last cluster spot picked by the operator.
     QString spotQrg;
     QString spotCall;
+    QString spotRemark;
 
     // Which rig port the CAT commands go to, and the main window's frequency text in 10 Hz.
     QString rigPortName;
