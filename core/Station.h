@@ -31,6 +31,9 @@ public:
     // Home position (own locator's south-west corner), longitude and latitude in degrees.
     double homeLon = 0.0;
     double homeLat = 0.0;
+    // Home coordinates of the map ("longitude,latitude"), set only by the logbook's locator
+    // procedure; empty until it has run, so map lines then start with an empty coordinate.
+    QString homeCoords;
 
     // LIKE pattern of the logbook's current band ("144%", "14200%", ...).
     QString bandPattern;
