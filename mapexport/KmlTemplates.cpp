@@ -1,0 +1,197 @@
+#include "mapexport/KmlTemplates.h"
+
+#include "core/ReplaceText.h"
+
+#include <cstdio>
+
+namespace {
+
+void appendLatin(QByteArray& out, const char* text)
+{
+    out.append(text);
+}
+
+void appendReference(QByteArray& out, char32_t code)
+{
+    char buf[16];
+    const int n = std::snprintf(buf, sizeof buf, "&#%u;", static_cast<unsigned>(code));
+    out.append(buf, n);
+}
+
+QString fill(const QString& transparency, const char* rest)
+{
+    return QLatin1Char('#') + Kml::alpha(transparency) + QLatin1String(rest);
+}
+
+} // namespace
+
+namespace Kml {
+
+QString outputPath()
+{
+    // deliberate: the replacement works on an empty text, so the folder never applies.
+    return ReplaceText(QString(), QStringLiteral("\\\\"), QStringLiteral("c:\\MyDocuments\\"))
+        + QStringLiteral("earth.kml");
+}
+
+void appendEscaped(QByteArray& out, QStringView value)
+{
+    const qsizetype n = value.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const char16_t c = value[i].unicode();
+        if (c < 0x80) {
+            if (c == u'&')
+                out.append("&amp;", 5);
+            else if (c == u'<')
+                out.append("&lt;", 4);
+            else if (c == u'>')
+                out.append("&gt;", 4);
+            else if (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r')
+                out.append('?'); // not allowed in XML 1.0 at all
+            else
+                out.append(static_cast<char>(c));
+        } else if (QChar::isHighSurrogate(c) && i + 1 < n && QChar::isLowSurrogate(value[i + 1].unicode())) {
+            appendReference(out, QChar::surrogateToUcs4(c, value[i + 1].unicode()));
+            ++i;
+        } else if (QChar::isSurrogate(c) || c == 0xFFFE || c == 0xFFFF) {
+            out.append('?');
+        } else {
+            appendReference(out, c);
+        }
+    }
+}
+
+QByteArray escaped(QStringView value)
+{
+    QByteArray out;
+    out.reserve(value.size());
+    appendEscaped(out, value);
+    return out;
+}
+
+QByteArray root()
+{
+    return QByteArrayLiteral("<kml xmlns=\"http://earth.google.com/kml/2.0\">\r\n");
+}
+
+QByteArray documentOpen()
+{
+    return QByteArrayLiteral("<Document>\r\n");
+}
+
+QByteArray documentClose()
+{
+    return QByteArrayLiteral("</Document></kml>\r\n");
+}
+
+void appendHomePlacemark(QByteArray& out, QStringView callsign, QStringView home)
+{
+    appendLatin(out, "<Placemark><name> ");
+    appendEscaped(out, callsign);
+    appendLatin(out, "</name><Point><coordinates>");
+    appendEscaped(out, home);
+    appendLatin(out, "</coordinates></Point></Placemark>\r\n");
+}
+
+void appendLogRecord(QByteArray& out, const LogRecordFields& f)
+{
+    appendLatin(out, "<name>");
+    appendEscaped(out, f.documentName);
+    appendLatin(out, "</name><Placemark><name>");
+    appendEscaped(out, f.grid);
+    appendLatin(out, "</name><description>");
+    appendEscaped(out, f.geData);
+    appendLatin(out, "</description><Style><PolyStyle><color>");
+    appendEscaped(out, f.fill);
+    appendLatin(out, "</color></PolyStyle></Style> <MultiGeometry><Point><coordinates>");
+    appendEscaped(out, f.gridXY);
+    appendLatin(out,
+        "</coordinates></Point><Polygon><altitudeMode>relativeToGround</altitudeMode>"
+        "<outerBoundaryIs><LinearRing><coordinates>");
+    appendEscaped(out, f.poly);
+    appendLatin(
+        out, "</coordinates></LinearRing></outerBoundaryIs></Polygon></MultiGeometry></Placemark>\r\n");
+}
+
+void appendBeaconRecord(QByteArray& out, const BeaconRecordFields& f)
+{
+    appendLatin(out, "<name>");
+    appendEscaped(out, f.documentName);
+    appendLatin(out, "</name><Placemark><name>");
+    appendEscaped(out, f.name);
+    appendLatin(out, "</name><description>");
+    appendEscaped(out, f.geData);
+    appendLatin(out, "</description><Style><PolyStyle><color>");
+    appendEscaped(out, f.fill);
+    appendLatin(out, "</color></PolyStyle></Style> <MultiGeometry><Point><coordinates>");
+    appendEscaped(out, f.gridXY);
+    // deliberate: the beacon polygon has no boundary, so only the point shows.
+    appendLatin(out,
+        "</coordinates></Point><Polygon><altitudeMode>relativeToGround</altitudeMode></Polygon>"
+        " </MultiGeometry> </Placemark>");
+}
+
+static void appendLineStart(QByteArray& out, QStringView home, QStringView gridXY, QStringView colour)
+{
+    appendLatin(out, "<Placemark> <LineString>  <coordinates>");
+    appendEscaped(out, home);
+    out.append(' ');
+    appendEscaped(out, gridXY);
+    appendLatin(out, "</coordinates> </LineString><Style><LineStyle><color>");
+    appendEscaped(out, colour);
+}
+
+void appendLogLine(QByteArray& out, QStringView home, QStringView gridXY, QStringView colour)
+{
+    appendLineStart(out, home, gridXY, colour);
+    appendLatin(out, "</color><width>2</width></LineStyle></Style></Placemark>");
+}
+
+void appendBeaconLine(QByteArray& out, QStringView home, QStringView gridXY, QStringView colour)
+{
+    appendLineStart(out, home, gridXY, colour);
+    appendLatin(out, " </color><width>2</width></LineStyle></Style></Placemark>");
+}
+
+QString alpha(const QString& transparency)
+{
+    bool ok = false;
+    const qlonglong value = transparency.trimmed().toLongLong(&ok);
+    return QString::number(ok && value >= 0 ? value : 128, 16).toUpper();
+}
+
+QString yellowFill(const QString& transparency)
+{
+    return fill(transparency, "00ffff");
+}
+
+QString redFill(const QString& transparency)
+{
+    return fill(transparency, "0000ff");
+}
+
+QString lineColourFor(QStringView prop, const QString& previous)
+{
+    if (prop == u"Rs")
+        return QStringLiteral("#ffff0000");
+    if (prop == u"Tr")
+        return QStringLiteral("#ff0000ff");
+    if (prop == u"Es")
+        return QStringLiteral("#ff00ff00");
+    if (prop == u"Au")
+        return QStringLiteral("#ffff0080");
+    if (prop == u"Ms")
+        return QStringLiteral("#ff707070");
+    return previous;
+}
+
+QString squareRing(int west, int south, int east, int north)
+{
+    const auto point = [](int x, int y) {
+        return QString::number(x) + QStringLiteral(".0,") + QString::number(y) + QStringLiteral(".0,2000 ");
+    };
+    return point(west, south) + point(east, south) + point(east, north) + point(west, north)
+        + point(west, south);
+}
+
+} // namespace Kml

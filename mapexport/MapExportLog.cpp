@@ -1,0 +1,3 @@
+#include "mapexport/MapExportLog.h"
+
+Q_LOGGING_CATEGORY(lcMapExport, "kestrel.mapexport")

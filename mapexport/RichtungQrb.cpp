@@ -1,0 +1,49 @@
+#include "mapexport/RichtungQrb.h"
+
+#include "core/Station.h"
+#include "geo/Bearing.h"
+#include "geo/Locator.h"
+#include "mapexport/KmlTemplates.h"
+#include "mapexport/LogMapFields.h"
+
+#include <cmath>
+
+SquareBounds SquareAround(double lon, double lat)
+{
+    float x = static_cast<float>(lon);
+    if (static_cast<long long>(std::floor(x)) % 2 != 0)
+        x -= 1.0f;
+    SquareBounds b;
+    b.west = static_cast<int>(std::floor(x));
+    b.east = b.west + 2;
+    b.south = static_cast<int>(std::floor(lat));
+    b.north = b.south + 1;
+    return b;
+}
+
+QString SquareOutline(double lon, double lat)
+{
+    const SquareBounds b = SquareAround(lon, lat);
+    return Kml::squareRing(b.west, b.south, b.east, b.north);
+}
+
+bool RichtungQRB(Station& station, LogMapFields& fields, const QString& locatorBox)
+{
+    const QString own = Locator::completed(station.settings.textAt(Setting::MyLocator)).toUpper();
+    const GeoPoint home = LocatorToDegrees(own);
+    station.homeCoords = CoordText(home);
+
+    const QString contact
+        = Locator::completed((fields.passOver ? fields.passOverSquare : locatorBox).toUpper());
+    if (!Locator::isValid(contact))
+        return false;
+    const GeoPoint there = LocatorToDegrees(contact);
+    station.coordText = CoordText(there);
+    fields.passOver = false;
+
+    fields.outline = SquareOutline(there.lon, there.lat);
+    const BearingResult r = ComputeBearing(home, there);
+    fields.distanceKm = static_cast<float>(r.km);
+    fields.bearing = r.qtf;
+    return true;
+}
