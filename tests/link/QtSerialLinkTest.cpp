@@ -1,0 +1,219 @@
+#include "devices/link/QtSerialLink.h"
+#include "devices/link/StationPorts.h"
+#include "sim/pty/PtyPair.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <termios.h>
+
+namespace {
+
+QByteArray everyByte()
+{
+    QByteArray all;
+    for (int i = 0; i < 256; ++i)
+        all.append(char(i));
+    return all;
+}
+
+// Reads from the link until `count` bytes have come or two seconds have passed.
+QByteArray readFromLink(SerialLink& link, int count)
+{
+    QByteArray got;
+    (void)QTest::qWaitFor(
+        [&] {
+            got += link.readAll();
+            return got.size() >= count;
+        },
+        2000);
+    return got;
+}
+
+} // namespace
+
+TEST(QtSerialLink, CarriesEveryByteUnchangedBothWays)
+{
+    PtyPair pty;
+    ASSERT_TRUE(pty.isOpen()) << pty.errorText().toStdString();
+    QtSerialLink link;
+    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("9600,n,8,1"))) << link.errorText().toStdString();
+    EXPECT_TRUE(link.isOpen());
+    EXPECT_EQ(link.errorText(), QString());
+    EXPECT_EQ(link.portText(), pty.slavePath());
+
+    const QByteArray all = everyByte();
+    EXPECT_EQ(link.write(all), 256);
+    EXPECT_EQ(pty.readExactly(256), all);
+
+    QSignalSpy ready(&link, &SerialLink::readyRead);
+    ASSERT_TRUE(pty.write(all));
+    EXPECT_EQ(readFromLink(link, 256), all);
+    EXPECT_GE(ready.count(), 1);
+    EXPECT_EQ(link.readAll(), QByteArray());
+
+    // CR, LF and the flow-control characters in the middle of a command stay as they are.
+    const QByteArray command = QByteArray::fromHex("0d0a11130d03") + "AP1045\r;";
+    link.write(command);
+    EXPECT_EQ(pty.readExactly(command.size()), command);
+}
+
+TEST(QtSerialLink, AppliesTheLineSettingsToTheLine)
+{
+    PtyPair pty;
+    QtSerialLink link;
+    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("4800,n,8,2")));
+    termios tio {};
+    ASSERT_EQ(tcgetattr(pty.masterFd(), &tio), 0); // a master reports its slave's settings
+    EXPECT_EQ(cfgetospeed(&tio), speed_t(B4800));
+    EXPECT_EQ(tio.c_cflag & CSIZE, tcflag_t(CS8));
+    EXPECT_TRUE(tio.c_cflag & CSTOPB);
+
+    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("115200,n,8,1")));
+    ASSERT_EQ(tcgetattr(pty.masterFd(), &tio), 0);
+    EXPECT_EQ(cfgetospeed(&tio), speed_t(B115200));
+    EXPECT_FALSE(tio.c_cflag & CSTOPB);
+}
+
+TEST(QtSerialLink, ReportsSettingsTheLineCannotTake)
+{
+    // A pseudo-terminal carries only eight data bits without parity, like some USB adapters.
+    PtyPair pty;
+    QtSerialLink link;
+    QSignalSpy errors(&link, &SerialLink::errorOccurred);
+    EXPECT_FALSE(link.open(pty.slavePath(), QStringLiteral("4800,e,7,1")));
+    EXPECT_FALSE(link.isOpen());
+    EXPECT_EQ(link.errorText(),
+        pty.slavePath()
+            + QStringLiteral(": the port does not take the line settings \"4800,e,7,1\" (Invalid argument)"));
+    EXPECT_EQ(errors.count(), 1);
+    EXPECT_TRUE(link.open(pty.slavePath(), QStringLiteral("4800,n,8,1")));
+}
+
+TEST(QtSerialLink, RefusesWrongLineSettingsNamingThePort)
+{
+    PtyPair pty;
+    QtSerialLink link;
+    QSignalSpy errors(&link, &SerialLink::errorOccurred);
+    EXPECT_FALSE(link.open(pty.slavePath(), QStringLiteral("9600,x,8,1")));
+    EXPECT_FALSE(link.isOpen());
+    const QString expected = pty.slavePath()
+        + QStringLiteral(": line settings \"9600,x,8,1\" refused: parity \"x\" must be n, e, o, m or s");
+    EXPECT_EQ(link.errorText(), expected);
+    ASSERT_EQ(errors.count(), 1);
+    EXPECT_EQ(errors.at(0).at(0).toString(), expected);
+    EXPECT_EQ(link.write("AI1;"), -1);
+
+    // A number names the port the way the operator typed it, and the device it means.
+    EXPECT_FALSE(link.open(QStringLiteral("10"), QStringLiteral("fast")));
+    EXPECT_TRUE(
+        link.errorText().startsWith(QStringLiteral("10 (/dev/ttyS9): line settings \"fast\" refused")))
+        << link.errorText().toStdString();
+}
+
+TEST(QtSerialLink, ReportsAPortThatDoesNotExist)
+{
+    QtSerialLink link;
+    QSignalSpy errors(&link, &SerialLink::errorOccurred);
+    EXPECT_FALSE(link.open(QStringLiteral("/dev/kestrel-no-such-port"), QStringLiteral("9600,n,8,1")));
+    EXPECT_FALSE(link.isOpen());
+    EXPECT_EQ(link.errorText(), QStringLiteral("/dev/kestrel-no-such-port: no such port"));
+    ASSERT_EQ(errors.count(), 1);
+    EXPECT_EQ(link.readAll(), QByteArray());
+
+    EXPECT_FALSE(link.open(QStringLiteral("0"), QStringLiteral("9600,n,8,1")));
+    EXPECT_TRUE(link.errorText().startsWith(QStringLiteral("0: not a port")));
+}
+
+TEST(QtSerialLink, ReportsAPortThatIsBusy)
+{
+    PtyPair pty;
+    QtSerialLink first;
+    QtSerialLink second;
+    ASSERT_TRUE(first.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
+    EXPECT_FALSE(second.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
+    EXPECT_EQ(second.errorText(),
+        pty.slavePath() + QStringLiteral(": the port is busy (another program has it open)"));
+    first.close();
+    EXPECT_TRUE(second.open(pty.slavePath(), QStringLiteral("9600,n,8,1")))
+        << second.errorText().toStdString();
+}
+
+TEST(QtSerialLink, ClosesAndReportsWhenTheDeviceVanishes)
+{
+    auto pty = std::make_unique<PtyPair>();
+    const QString path = pty->slavePath();
+    QtSerialLink link;
+    ASSERT_TRUE(link.open(path, QStringLiteral("9600,n,8,1")));
+    QSignalSpy errors(&link, &SerialLink::errorOccurred);
+
+    pty->closeMaster();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !errors.isEmpty(); }, 3000));
+    EXPECT_FALSE(link.isOpen());
+    EXPECT_TRUE(link.errorText().startsWith(path + QStringLiteral(": the device vanished while open")))
+        << link.errorText().toStdString();
+    EXPECT_EQ(errors.at(0).at(0).toString(), link.errorText());
+    EXPECT_EQ(link.write("AI1;"), -1);
+    EXPECT_EQ(link.readAll(), QByteArray());
+    QTest::qWait(50);
+    EXPECT_EQ(errors.count(), 1); // said once, not once per failed poll
+
+    // The old path is gone for good; a new device works with the same link.
+    EXPECT_FALSE(link.open(path, QStringLiteral("9600,n,8,1")));
+    EXPECT_EQ(link.errorText(), path + QStringLiteral(": no such port"));
+    PtyPair again;
+    ASSERT_TRUE(link.open(again.slavePath(), QStringLiteral("9600,n,8,1")));
+    link.write("ST;");
+    EXPECT_EQ(again.readExactly(3), QByteArray("ST;"));
+}
+
+TEST(QtSerialLink, ReopensAfterClose)
+{
+    PtyPair pty;
+    QtSerialLink link;
+    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
+    link.write("AA;");
+    EXPECT_EQ(pty.readExactly(3), QByteArray("AA;"));
+    link.close();
+    EXPECT_FALSE(link.isOpen());
+    EXPECT_EQ(link.write("x"), -1);
+    link.close(); // twice is harmless
+
+    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("4800,n,8,1")));
+    EXPECT_TRUE(link.isOpen());
+    link.write("AB;");
+    EXPECT_EQ(pty.readExactly(3), QByteArray("AB;"));
+    pty.write("123");
+    EXPECT_EQ(readFromLink(link, 3), QByteArray("123"));
+
+    // Opening again while open moves to the new port.
+    PtyPair other;
+    ASSERT_TRUE(link.open(other.slavePath(), QStringLiteral("9600,n,8,1")));
+    link.write("ST;");
+    EXPECT_EQ(other.readExactly(3), QByteArray("ST;"));
+    EXPECT_EQ(pty.readFor(50), QByteArray());
+}
+
+TEST(QtSerialLink, ModemLinesAreRefusedQuietlyOnAPseudoTerminal)
+{
+    PtyPair pty;
+    QtSerialLink link;
+    EXPECT_FALSE(link.setDataTerminalReady(true)); // not open
+    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
+    QSignalSpy errors(&link, &SerialLink::errorOccurred);
+    EXPECT_FALSE(link.setDataTerminalReady(true));
+    EXPECT_FALSE(link.setRequestToSend(false));
+    EXPECT_TRUE(link.isOpen());
+    EXPECT_EQ(errors.count(), 0);
+}
+
+TEST(QtSerialLink, FactoryFillsTheStationPorts)
+{
+    PtyPair pty;
+    StationPorts ports(makeQtSerialLink);
+    ASSERT_TRUE(ports.com(4).open(pty.slavePath(), QStringLiteral("4800,n,8,1")));
+    ports.com(4).write("AI1;");
+    EXPECT_EQ(pty.readExactly(4), QByteArray("AI1;"));
+    EXPECT_FALSE(ports.com(1).isOpen());
+}
