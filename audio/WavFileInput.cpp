@@ -1,0 +1,53 @@
+#include "audio/WavFileInput.h"
+
+#include "audio/AudioLog.h"
+#include "audio/WaveBuffer.h"
+
+#include <array>
+
+WavFileInput::WavFileInput(const QString& path, bool paced, QObject* parent)
+    : WaveInput(parent)
+    , path_(path)
+    , paced_(paced)
+{
+}
+
+int WavFileInput::open(QString& errorText)
+{
+    close();
+    if (!reader_.open(path_, errorText))
+        return WaveStatus::Error;
+    qCInfo(lcAudio) << "playing" << path_ << reader_.sampleRate() << "samples/s" << reader_.channels()
+                    << "channels" << reader_.bitsPerSample() << "bits";
+    delivered_ = 0;
+    clock_.start();
+    open_ = true;
+    return WaveStatus::Ok;
+}
+
+void WavFileInput::close()
+{
+    reader_.close();
+    open_ = false;
+}
+
+bool WavFileInput::takeBuffer(WaveBuffer& buffer)
+{
+    if (!open_)
+        return false;
+    if (paced_) {
+        const qint64 dueMs = (delivered_ + 1) * WaveBuffer::Samples * 1000 / WavReader::OutputRate;
+        if (clock_.elapsed() < dueMs)
+            return false;
+    }
+    std::array<qint16, WaveBuffer::Samples> samples;
+    if (reader_.read(samples.data(), WaveBuffer::Samples) < WaveBuffer::Samples) {
+        close();
+        emit ended();
+        return false;
+    }
+    for (int i = 0; i < WaveBuffer::Samples; ++i)
+        buffer.setSample(i, samples[i]);
+    ++delivered_;
+    return true;
+}
