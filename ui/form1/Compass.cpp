@@ -1,0 +1,61 @@
+#include "ui/form1/Compass.h"
+
+#include <QPainter>
+#include <QtMath>
+
+Compass::Compass(QWidget* parent)
+    : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+}
+
+void Compass::setHeading(std::optional<int> degrees)
+{
+    heading_ = degrees;
+    update();
+}
+
+void Compass::paintEvent(QPaintEvent*)
+{
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.fillRect(rect(), palette().window());
+
+    const qreal side = qMin(width(), height()) - 8.0;
+    const qreal r = side / 2.0;
+    p.translate(width() / 2.0, height() / 2.0);
+
+    p.setPen(QPen(QColor(90, 90, 90), 2));
+    p.setBrush(QColor(250, 250, 244));
+    p.drawEllipse(QPointF(0, 0), r, r);
+
+    // ticks every 10 degrees, longer every 30
+    for (int d = 0; d < 360; d += 10) {
+        const qreal a = qDegreesToRadians(qreal(d));
+        const qreal inner = r - (d % 30 == 0 ? 10.0 : 5.0);
+        p.setPen(QPen(QColor(110, 110, 110), d % 90 == 0 ? 2 : 1));
+        p.drawLine(
+            QPointF(inner * qSin(a), -inner * qCos(a)), QPointF((r - 1) * qSin(a), -(r - 1) * qCos(a)));
+    }
+    QFont f = font();
+    f.setBold(true);
+    f.setPointSizeF(qMax(7.0, side / 18.0));
+    p.setFont(f);
+    p.setPen(QColor(60, 60, 60));
+    const char* const names[] = { "N", "E", "S", "W" };
+    for (int k = 0; k < 4; ++k) {
+        const qreal a = qDegreesToRadians(qreal(90 * k));
+        const qreal rr = r - 10.0 - f.pointSizeF();
+        const QPointF c(rr * qSin(a), -rr * qCos(a));
+        p.drawText(QRectF(c.x() - 12, c.y() - 10, 24, 20), Qt::AlignCenter, QString::fromLatin1(names[k]));
+    }
+
+    if (heading_) {
+        const qreal a = qDegreesToRadians(qreal(*heading_));
+        p.setPen(QPen(QColor(255, 0, 0), 3, Qt::SolidLine, Qt::RoundCap));
+        p.drawLine(QPointF(0, 0), QPointF((r - 4) * qSin(a), -(r - 4) * qCos(a)));
+    }
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(60, 60, 60));
+    p.drawEllipse(QPointF(0, 0), 3.5, 3.5);
+}

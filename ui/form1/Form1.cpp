@@ -1,0 +1,347 @@
+#include "ui/form1/Form1.h"
+
+#include "core/ExtensionSettings.h"
+#include "core/MainPorts.h"
+#include "core/SensorFrame.h"
+#include "core/Station.h"
+#include "core/StationConfig.h"
+#include "core/Weather.h"
+#include "geo/Bearing.h"
+#include "ui/form1/Compass.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QLoggingCategory>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QStatusBar>
+
+Q_LOGGING_CATEGORY(lcForm1, "kestrel.ui")
+
+namespace {
+
+const QString kLogbook = QStringLiteral("mnuARLog");
+
+// Leading digits of the read-back ("123;" -> 123); nothing when it starts with none.
+std::optional<int> leadingNumber(const QString& text)
+{
+    qsizetype n = 0;
+    while (n < text.size() && text[n].isDigit())
+        ++n;
+    if (n == 0)
+        return std::nullopt;
+    return text.left(n).toInt();
+}
+
+} // namespace
+
+Form1::Form1(Station& station, const StationPorts::Factory& makeLink, QWidget* parent)
+    : QMainWindow(parent)
+    , station_(station)
+    , ports_(makeLink)
+    , windows_(this)
+{
+    ui_.setupUi(this);
+    resize(1180, 760);
+
+    const std::pair<QAction*, QString> entries[] = { { ui_.mnuARLog, QStringLiteral("Logbook") },
+        { ui_.mnuGPS, QStringLiteral("GPS") }, { ui_.mnuInitial, QStringLiteral("Initial") },
+        { ui_.mnuQSL, QStringLiteral("QSL print") }, { ui_.mnuPacket, QStringLiteral("DX Cluster") } };
+    for (const auto& [action, title] : entries) {
+        const QString name = action->objectName();
+        windows_.declare(name, title);
+        connect(action, &QAction::triggered, this, [this, name] { showWindow(name); });
+    }
+
+    timer_.setObjectName(QStringLiteral("Timer"));
+    timer_.setInterval(200);
+    connect(&timer_, &QTimer::timeout, this, &Form1::tick);
+
+    for (int n = 1; n <= 4; ++n) {
+        connect(&ports_.com(n), &SerialLink::errorOccurred, this,
+            [this, n](const QString& text) { onPortError(n, text); });
+        setLamp(n, QStringLiteral("off"), QString());
+    }
+
+    connect(ui_.Locator, &QLineEdit::returnPressed, this, [this] {
+        if (showBearingAndDistance())
+            ui_.Text160->setFocus();
+    });
+}
+
+Form1::~Form1()
+{
+    timer_.stop();
+}
+
+void Form1::load()
+{
+    LoadStationConfig(station_);
+    const SettingsTable& table = station_.settings;
+    station_.myCall = table.textAt(Setting::MyCall);
+    station_.myLocator = table.textAt(Setting::MyLocator);
+    station_.lineBeacons = table.intAt(Setting::LineBeacons) != 0;
+    station_.lineStations = table.intAt(Setting::LineStations) != 0;
+    station_.transparency = table.textAt(Setting::Transparency);
+
+    // the logbook window's object sets the database connection: before any database access
+    if (windows_.hasFactory(kLogbook))
+        windows_.ensure(kLogbook);
+
+    fetchWeather();
+
+    const QString sensorPort = ExtensionSettings::value(ExtensionKey::SensorPort);
+    const MainPorts::Setup sensor = MainPorts::fromTable(table, 3, sensorPort);
+    openPort(3, sensor.portText, sensor.settings);
+
+    emit restoring();
+
+    for (int n : { 1, 2, 4 }) {
+        const MainPorts::Setup s = MainPorts::fromTable(table, n, sensorPort);
+        portNumbers_[n] = s.portText;
+        if (s.inUse)
+            openPort(n, s.portText, s.settings);
+        else
+            setLamp(n, QStringLiteral("off"), QStringLiteral("Com%1 is switched off in the settings").arg(n));
+    }
+    for (int n = 1; n <= 4; ++n)
+        ui_.lblCom[n]->setText(MainPorts::lampText(n, portNumbers_[n]));
+
+    ui_.Label29->setText(table.textAt(Setting::Label29Caption));
+
+    ui_.Picture1->setHeading(std::nullopt);
+    updateOverlay();
+
+    emit loaded();
+    showPortProblems();
+    timer_.start();
+}
+
+void Form1::activate()
+{
+    for (int n = 1; n <= 4; ++n)
+        ui_.lblCom[n]->setText(MainPorts::lampText(n, portNumbers_[n]));
+    emit activated();
+}
+
+void Form1::tick()
+{
+    // Each step stands alone: a closed port or a short reply leaves the other steps alone.
+    SerialLink& rotator = ports_.com(4);
+    if (rotator.isOpen()) {
+        rotator.write(QByteArrayLiteral("AI1;"));
+        ui_.Label1->setText(QString::fromLatin1(rotator.readAll().left(3)));
+    }
+
+    SerialLink& sensor = ports_.com(3);
+    if (sensor.isOpen()) {
+        sensor.write(SensorFrame::Query);
+        if (const auto r = SensorFrame::decode(sensor.readAll())) {
+            ui_.Label31->setText(SensorFrame::temperatureText(*r));
+            ui_.Label30->setText(SensorFrame::elevationText(*r));
+            elevation_ = r->elevation();
+            emit sensorRead(r->elevation(), r->temperature);
+        }
+    }
+
+    if (const auto heading = leadingNumber(ui_.Label1->text()))
+        ui_.Picture1->setHeading(heading);
+    else
+        ui_.Picture1->update();
+    updateOverlay();
+
+    emit ticked();
+}
+
+void Form1::updateOverlay()
+{
+    ui_.VCX->setText(
+        QStringLiteral("Az: ") + ui_.Label1->text() + QStringLiteral("     Ele: ") + ui_.Label30->text());
+}
+
+void Form1::placePanel(Area area, QWidget* panel)
+{
+    QGroupBox* box = areaBox(area);
+    if (QWidget* old = box->findChild<QWidget*>(QStringLiteral("placeholder"), Qt::FindDirectChildrenOnly))
+        delete old;
+    box->layout()->addWidget(panel);
+}
+
+QGroupBox* Form1::areaBox(Area area) const
+{
+    switch (area) {
+    case Area::Rig:
+        return ui_.rigBox;
+    case Area::Rotator:
+        return ui_.rotatorBox;
+    case Area::Keyer:
+        return ui_.keyerBox;
+    case Area::Spectrum:
+        return ui_.spectrumBox;
+    case Area::Beacons:
+        return ui_.beaconBox;
+    case Area::Sensor:
+        return ui_.sensorBox;
+    }
+    return ui_.sensorBox;
+}
+
+void Form1::registerWindow(const QString& menuName, WindowFactory factory)
+{
+    windows_.registerFactory(menuName, std::move(factory));
+}
+
+QWidget* Form1::showWindow(const QString& menuName)
+{
+    return windows_.show(menuName);
+}
+
+QWidget* Form1::windowInstance(const QString& menuName) const
+{
+    return windows_.instance(menuName);
+}
+
+bool Form1::openPort(int n, const QString& portText, const QString& settings)
+{
+    SerialLink& link = ports_.com(n);
+    if (link.isOpen())
+        return true;
+    portNumbers_[n] = portText;
+    ui_.lblCom[n]->setText(MainPorts::lampText(n, portText));
+    portProblems_.remove(n);
+    if (!link.open(portText, settings)) {
+        if (!portProblems_.contains(n))
+            onPortError(n,
+                link.errorText().isEmpty() ? portText + QStringLiteral(": could not be opened")
+                                           : link.errorText());
+        return false;
+    }
+    qCInfo(lcForm1) << "Com" << n << "open on" << portText << settings;
+    setLamp(n, QStringLiteral("open"), QStringLiteral("%1 open, %2").arg(portText, settings));
+    showPortProblems();
+    return true;
+}
+
+void Form1::closePort(int n)
+{
+    ports_.com(n).close();
+    portProblems_.remove(n);
+    setLamp(n, QStringLiteral("off"), QStringLiteral("closed"));
+    showPortProblems();
+}
+
+bool Form1::isPortOpen(int n) const
+{
+    return const_cast<StationPorts&>(ports_).com(n).isOpen();
+}
+
+void Form1::onPortError(int n, const QString& text)
+{
+    qCWarning(lcForm1) << "Com" << n << text;
+    portProblems_[n] = text;
+    setLamp(n, QStringLiteral("failed"), text);
+    showPortProblems();
+}
+
+void Form1::setLamp(int n, const QString& state, const QString& tip)
+{
+    QLabel* lamp = ui_.lblCom[n];
+    lamp->setProperty("state", state);
+    lamp->setToolTip(QStringLiteral("Com%1, %2: ").arg(n).arg(MainPorts::role(n)) + tip);
+    if (state == QLatin1String("open"))
+        lamp->setStyleSheet(QStringLiteral("background-color: rgb(0,255,0); color: black;"));
+    else if (state == QLatin1String("failed"))
+        lamp->setStyleSheet(QStringLiteral("background-color: rgb(255,0,0); color: white;"));
+    else
+        lamp->setStyleSheet(QStringLiteral("background-color: #d0d0d0; color: #404040;"));
+}
+
+void Form1::showPortProblems()
+{
+    QStringList parts;
+    for (auto it = portProblems_.cbegin(); it != portProblems_.cend(); ++it)
+        parts << QStringLiteral("Com%1 (%2) not open: %3")
+                     .arg(it.key())
+                     .arg(MainPorts::role(it.key()), it.value());
+    if (parts.isEmpty())
+        statusBar()->clearMessage();
+    else
+        statusBar()->showMessage(parts.join(QStringLiteral("  |  ")));
+}
+
+bool Form1::showBearingAndDistance()
+{
+    const BearingOutcome out = ShowBearingAndDistance(station_, ui_.Locator->text());
+    ui_.Locator->setText(out.targetText);
+    if (out.ok) {
+        ui_.Richtung->setText(out.line);
+        ui_.Text160->setText(QString::number(out.wholeDegrees));
+    }
+    ui_.Locator->setFocus();
+    return out.ok;
+}
+
+void Form1::fetchWeather()
+{
+    const QUrl url = Weather::summaryUrl(ExtensionSettings::value(ExtensionKey::WeatherUrl));
+    if (!url.isValid()) {
+        ui_.Label28->setText(Weather::NoAddressText);
+        return;
+    }
+    ui_.Label28->setText(QStringLiteral("Weather: fetching ..."));
+    if (!network_)
+        network_ = new QNetworkAccessManager(this);
+    QNetworkRequest request(url);
+    request.setTransferTimeout(10000);
+    QNetworkReply* reply = network_->get(request);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] { onWeatherReply(reply); });
+}
+
+void Form1::onWeatherReply(QNetworkReply* reply)
+{
+    reply->deleteLater();
+    if (reply->error() != QNetworkReply::NoError) {
+        qCInfo(lcForm1) << "weather page:" << reply->errorString();
+        ui_.Label28->setText(Weather::failedText(reply->errorString()));
+        return;
+    }
+    const QString line = Weather::summaryLine(QString::fromUtf8(reply->readAll()));
+    ui_.Label28->setText(
+        line.isEmpty() ? Weather::failedText(QStringLiteral("no values on the page")) : line);
+}
+
+void Form1::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && timer_.isActive())
+        activate();
+}
+
+void Form1::closeEvent(QCloseEvent* event)
+{
+    if (!unloaded_) {
+        emit queryUnload();
+        unload();
+    }
+    event->accept();
+}
+
+void Form1::unload()
+{
+    unloaded_ = true;
+    timer_.stop();
+    emit writingBack();
+    SettingsTable& table = station_.settings;
+    table.setText(Setting::MyCall, station_.myCall);
+    table.setText(Setting::MyLocator, station_.myLocator);
+    table.setText(Setting::Label29Caption, ui_.Label29->text());
+    SaveStationConfig(station_);
+    for (int n = 1; n <= 4; ++n)
+        closePort(n);
+    windows_.closeAll();
+    emit unloaded();
+}
