@@ -23,18 +23,7 @@ QString fill(const QString& transparency, const char* rest)
     return QLatin1Char('#') + Kml::alpha(transparency) + QLatin1String(rest);
 }
 
-} // namespace
-
-namespace Kml {
-
-QString outputPath()
-{
-    // deliberate: the replacement works on an empty text, so the folder never applies.
-    return ReplaceText(QString(), QStringLiteral("\\\\"), QStringLiteral("c:\\MyDocuments\\"))
-        + QStringLiteral("earth.kml");
-}
-
-void appendEscaped(QByteArray& out, QStringView value)
+void appendEscapedSlow(QByteArray& out, QStringView value)
 {
     const qsizetype n = value.size();
     for (qsizetype i = 0; i < n; ++i) {
@@ -58,6 +47,36 @@ void appendEscaped(QByteArray& out, QStringView value)
         } else {
             appendReference(out, c);
         }
+    }
+}
+
+} // namespace
+
+namespace Kml {
+
+QString outputPath()
+{
+    // deliberate: the replacement works on an empty text, so the folder never applies.
+    return ReplaceText(QString(), QStringLiteral("\\\\"), QStringLiteral("c:\\MyDocuments\\"))
+        + QStringLiteral("earth.kml");
+}
+
+void appendEscaped(QByteArray& out, QStringView value)
+{
+    // Fast path for the usual plain ASCII text: one byte per character, copied in place.
+    const qsizetype start = out.size();
+    const qsizetype n = value.size();
+    out.resize(start + n);
+    char* p = out.data() + start;
+    const char16_t* s = value.utf16();
+    for (qsizetype i = 0; i < n; ++i) {
+        const char16_t c = s[i];
+        if (c < 0x20 || c >= 0x80 || c == u'&' || c == u'<' || c == u'>') {
+            out.resize(start + i);
+            appendEscapedSlow(out, value.sliced(i));
+            return;
+        }
+        p[i] = static_cast<char>(c);
     }
 }
 
