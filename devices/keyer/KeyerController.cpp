@@ -1,0 +1,85 @@
+#include "devices/keyer/KeyerController.h"
+
+#include "core/Station.h"
+#include "devices/rig/RigController.h"
+
+#include <QMetaObject>
+#include <QPointer>
+
+KeyerController::KeyerController(Station& station, RigController& rig, OutputLines& lines, QObject* parent)
+    : QObject(parent)
+    , station_(station)
+    , rig_(rig)
+    , keyer_(lines)
+{
+}
+
+KeyerController::~KeyerController()
+{
+    keyer_.abort();
+    keyer_.wait();
+}
+
+void KeyerController::cmdSend_Click(const QString& text)
+{
+    if (sending_)
+        return;
+    unitMs_ = Morse::unitMs(speedIndex_);
+    setSending(true);
+    setTransmitState(true);
+    textDialect_ = CatPlan::textDialect(rig_.setup());
+    if (textDialect_) {
+        rig_.switchTransmitText(true, [self = QPointer(this), text] {
+            if (self)
+                self->startKeying(text);
+        });
+    } else {
+        rig_.setPtt(true);
+        startKeying(text);
+    }
+}
+
+void KeyerController::startKeying(const QString& text)
+{
+    // The callback runs on the keying thread; the destructor joins that thread first.
+    keyer_.start(unitMs_, text, loop_,
+        [this] { QMetaObject::invokeMethod(this, &KeyerController::keyingFinished, Qt::QueuedConnection); });
+}
+
+void KeyerController::keyingFinished()
+{
+    keyer_.wait();
+    if (textDialect_) {
+        rig_.switchTransmitText(false, [self = QPointer(this)] {
+            if (!self)
+                return;
+            self->setTransmitState(false);
+            self->setSending(false);
+        });
+    } else {
+        rig_.setPtt(false);
+        setTransmitState(false);
+        setSending(false);
+    }
+}
+
+void KeyerController::cmdRX_Click()
+{
+    setTransmitState(false);
+}
+
+void KeyerController::setTransmitState(bool on)
+{
+    if (transmitState_ == on)
+        return;
+    transmitState_ = on;
+    emit transmitStateChanged(on);
+}
+
+void KeyerController::setSending(bool on)
+{
+    if (sending_ == on)
+        return;
+    sending_ = on;
+    emit sendingChanged(on);
+}

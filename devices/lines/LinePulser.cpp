@@ -1,0 +1,59 @@
+#include "devices/lines/LinePulser.h"
+
+LinePulser::LinePulser(OutputLines& lines)
+    : lines_(lines)
+    , thread_([this] { run(); })
+{
+}
+
+LinePulser::~LinePulser()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        queue_.clear();
+    }
+    wake_.notify_all();
+    thread_.join();
+}
+
+void LinePulser::pulse(quint8 line, std::chrono::milliseconds length)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        queue_.push_back({ line, length });
+    }
+    wake_.notify_all();
+}
+
+void LinePulser::waitIdle()
+{
+    std::unique_lock lock(mutex_);
+    idle_.wait(lock, [this] { return queue_.empty() && !busy_; });
+}
+
+void LinePulser::run()
+{
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        wake_.wait(lock, [this] { return stopping_ || !queue_.empty(); });
+        if (stopping_)
+            break;
+        const Request r = queue_.front();
+        queue_.pop_front();
+        busy_ = true;
+        lock.unlock();
+
+        lines_.UsbSetIODir(OutputLines::ModulePort, r.line, 1);
+        lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 1);
+        std::this_thread::sleep_until(std::chrono::steady_clock::now() + r.length);
+        lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 0);
+
+        lock.lock();
+        busy_ = false;
+        if (queue_.empty())
+            idle_.notify_all();
+    }
+    busy_ = false;
+    idle_.notify_all();
+}

@@ -1,0 +1,41 @@
+#pragma once
+// Short motor pulses on an output line (the automatic elevation step), timed on a thread of
+// their own with a monotonic clock, so a pulse lasts its length whatever the window is doing
+// and the window never sleeps.
+#include "devices/lines/OutputLines.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+class LinePulser {
+public:
+    explicit LinePulser(OutputLines& lines);
+    // Finishes the pulse under way (its line ends off) and drops those not yet begun.
+    ~LinePulser();
+    LinePulser(const LinePulser&) = delete;
+    LinePulser& operator=(const LinePulser&) = delete;
+
+    // Queues one pulse: output, on, the length, off (port 0 of the module).
+    void pulse(quint8 line, std::chrono::milliseconds length);
+    // Blocks until every queued pulse has ended (for tests and shutdown).
+    void waitIdle();
+
+private:
+    struct Request {
+        quint8 line;
+        std::chrono::milliseconds length;
+    };
+    void run();
+
+    OutputLines& lines_;
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    std::condition_variable idle_;
+    std::deque<Request> queue_;
+    bool busy_ = false;
+    bool stopping_ = false;
+    std::thread thread_;
+};

@@ -1,0 +1,20 @@
+#pragma once
+// The Kestrel.ini text that says what serves an output line: "none", "dtr:<port>",
+// "rts:<port>" or "gpio:<chip>:<line>" (port text as for the serial ports: a number or a path).
+#include <QString>
+
+struct LineSpec {
+    enum class Kind { None, Dtr, Rts, Gpio };
+
+    Kind kind = Kind::None;
+    QString port; // Dtr, Rts
+    QString chip; // Gpio: name, path, label or number of the chip
+    unsigned line = 0; // Gpio: offset on the chip
+
+    // Empty or "none" gives Kind::None. On a text it cannot read: nullopt-like result with
+    // kind None and *problem set to one sentence quoting the text.
+    static LineSpec parse(const QString& text, QString* problem = nullptr);
+    QString toText() const;
+
+    bool operator==(const LineSpec&) const = default;
+};

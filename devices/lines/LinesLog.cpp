@@ -1,0 +1,3 @@
+#include "devices/lines/LinesLog.h"
+
+Q_LOGGING_CATEGORY(lcLines, "kestrel.devices.lines")

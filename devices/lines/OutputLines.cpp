@@ -1,0 +1,113 @@
+#include "devices/lines/OutputLines.h"
+
+#include "core/ExtensionSettings.h"
+#include "devices/lines/GpioLine.h"
+#include "devices/lines/LineSpec.h"
+#include "devices/lines/LinesLog.h"
+#include "devices/lines/ModemControlLine.h"
+#include "devices/lines/NoLine.h"
+
+#include <QHash>
+
+OutputLines::OutputLines()
+    : key_(std::make_shared<NoLine>())
+    , down_(std::make_shared<NoLine>())
+    , up_(std::make_shared<NoLine>())
+{
+}
+
+std::unique_ptr<OutputLines> OutputLines::fromSettings()
+{
+    auto lines = std::make_unique<OutputLines>();
+    // Lines on the same serial port share one open port.
+    QHash<QString, std::shared_ptr<ModemControlPort>> ports;
+    const struct {
+        Role role;
+        QString key;
+    } wanted[] = { { Role::Key, ExtensionKey::KeyLine }, { Role::Down, ExtensionKey::DownLine },
+        { Role::Up, ExtensionKey::UpLine } };
+    for (const auto& w : wanted) {
+        QString problem;
+        const LineSpec spec = LineSpec::parse(ExtensionSettings::value(w.key), &problem);
+        std::shared_ptr<DigitalLine> line;
+        if (spec.kind == LineSpec::Kind::Dtr || spec.kind == LineSpec::Kind::Rts) {
+            auto& port = ports[spec.port];
+            if (!port)
+                port = ModemControlPort::open(spec.port, &problem);
+            if (port)
+                line = std::make_shared<ModemControlLine>(port,
+                    spec.kind == LineSpec::Kind::Dtr ? ModemControlPort::Signal::Dtr
+                                                     : ModemControlPort::Signal::Rts);
+            else
+                ports.remove(spec.port);
+        } else if (spec.kind == LineSpec::Kind::Gpio) {
+            line = GpioLine::open(spec.chip, spec.line, &problem);
+        }
+        if (!problem.isEmpty()) {
+            const QString text = QStringLiteral("Kestrel.ini %1: %2").arg(w.key, problem);
+            qCWarning(lcLines).noquote() << text;
+            lines->problems_ << text;
+        }
+        if (line)
+            lines->setLine(w.role, std::move(line));
+    }
+    return lines;
+}
+
+void OutputLines::setLine(Role role, std::shared_ptr<DigitalLine> line)
+{
+    if (!line)
+        line = std::make_shared<NoLine>();
+    switch (role) {
+    case Role::Key:
+        key_ = std::move(line);
+        break;
+    case Role::Down:
+        down_ = std::move(line);
+        break;
+    case Role::Up:
+        up_ = std::move(line);
+        break;
+    }
+}
+
+DigitalLine& OutputLines::line(Role role) const
+{
+    switch (role) {
+    case Role::Key:
+        return *key_;
+    case Role::Down:
+        return *down_;
+    case Role::Up:
+        break;
+    }
+    return *up_;
+}
+
+DigitalLine* OutputLines::lineAt(quint8 port, quint8 line) const
+{
+    if (port != ModulePort)
+        return nullptr;
+    switch (line) {
+    case KeyLine:
+        return key_.get();
+    case DownLine:
+        return down_.get();
+    case UpLine:
+        return up_.get();
+    default:
+        return nullptr;
+    }
+}
+
+void OutputLines::UsbSetIODir(quint8 port, quint8 line, quint8 direction)
+{
+    if (DigitalLine* l = lineAt(port, line); l && direction == 1)
+        l->setOutput();
+}
+
+void OutputLines::UsbSetIOState(quint8 port, quint8 line, quint8 state)
+{
+    if (DigitalLine* l = lineAt(port, line))
+        l->setState(state != 0);
+}

@@ -1,0 +1,100 @@
+#pragma once
+// The main window's rig: frequency counter and text, VHF band, tuning step, preset flag and
+// push-to-talk, and the CAT actions behind the rig controls. Works on Com1/Com2 of StationPorts
+// and the Station's rig port name, frequency text and hold flag. Holding a tuning button is
+// event-driven: each pass sends, then the next waits until the line has carried it.
+#include "devices/rig/CatPlan.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+
+class Station;
+class StationPorts;
+class SerialLink;
+
+class RigController : public QObject {
+    Q_OBJECT
+public:
+    // Takes the rig port name from Kestrel.ini (rig/port, default "Com1") when the station has
+    // none yet; a value other than "Com1"/"Com2" is reported and "Com1" used.
+    RigController(Station& station, StationPorts& ports, QObject* parent = nullptr);
+
+    RigSetup setup() const;
+
+    // Frequency counter in 10 Hz units; setting it also sets the frequency text (start-up).
+    qint64 counter() const { return counter_; }
+    void setCounter(qint64 counter);
+    QString displayText() const; // formatFre, MHz
+
+    int bandIndex() const { return band_; }
+    void setBandIndex(int band) { band_ = band; } // restoring a selection, no click
+    int stepOption() const { return stepOption_; }
+    void setStepOption(int option) { stepOption_ = option; }
+    int microwaveBand() const { return microwaveBand_; }
+    bool presetFlag() const { return presetFlag_; }
+    // The beacon list clears it when it takes over a beacon's frequency.
+    void setPresetFlag(bool on) { presetFlag_ = on; }
+
+    // The frequency sender and the text-dialect frequency sender.
+    void SendFreq(const QString& frequencyText);
+    void SendFreqText();
+
+    // Channel and mode presets. False (and nothing sent) when Com1 is not open: the operator
+    // is told "Com1(<port number>) not Open" and com1NotOpen is signalled.
+    bool OptFT847_Click(int index);
+    void OptBandV_Click(int index);
+    void OptBandR_Click(int index);
+
+    // Hold-to-tune: direction +1 (FreqUp) or -1 (FreqDwn) on mouse-down; mouse-up stops.
+    void startTuning(int direction);
+    void stopTuning();
+    bool isTuning() const { return chainActive_; }
+    qint64 passes() const { return passes_; }
+
+    // Push-to-talk with the binary bytes on the rig's port.
+    void setPtt(bool on);
+    bool ptt() const { return ptt_; }
+
+    // "TX1;"/"TX0;" on Com1 after the transmit-switch wait, then `then` runs (the window
+    // never sleeps). The wait defaults to one second.
+    void switchTransmitText(bool on, std::function<void()> then = {});
+    void setTransmitWaitMs(int ms) { transmitWaitMs_ = ms; }
+    int transmitWaitMs() const { return transmitWaitMs_; }
+
+signals:
+    void frequencyDisplayChanged(const QString& megahertz);
+    void com1NotOpen();
+    void pttChanged(bool on);
+    // After each tuning pass: the bytes still queued on Com1 and Com2 right after it was sent.
+    void passSent(qint64 queuedBytes);
+    void tuningEnded();
+
+private:
+    SerialLink& link(int com) const;
+    void ensureOpen(int com);
+    void execute(const CatSteps& steps);
+    void runPass();
+    void maybeNextPass();
+    void endChain();
+    qint64 queuedBytes() const;
+
+    Station& station_;
+    StationPorts& ports_;
+    qint64 counter_ = 0;
+    int band_ = 2;
+    int stepOption_ = 1;
+    int microwaveBand_ = 0;
+    bool presetFlag_ = false;
+    bool ptt_ = false;
+    int transmitWaitMs_ = 1000;
+
+    // Tuning chain: one pass on the line at a time.
+    int direction_ = 1;
+    bool chainActive_ = false;
+    bool lineBusy_ = false; // the last pass's bytes are still on the line
+    qint64 passBytes_[2] = { 0, 0 };
+    qint64 passes_ = 0;
+    QTimer paceTimer_;
+};
