@@ -1,0 +1,187 @@
+#include "logbook/db/DbConnection.h"
+
+#include "logbook/db/LogbookLogging.h"
+
+#include <QAtomicInteger>
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <sqlite3.h>
+
+namespace {
+QString nextConnectionName()
+{
+    static QAtomicInteger<quint64> counter;
+    return QStringLiteral("kestrel-db-%1").arg(counter.fetchAndAddRelaxed(1));
+}
+
+int primaryCode(int code)
+{
+    return code & 0xff;
+}
+} // namespace
+
+DbConnection::DbConnection(const QString& file, int busyTimeoutMs, bool create)
+    : name_(nextConnectionName())
+    , file_(file)
+{
+    if (file.isEmpty()) {
+        error_ = { DbErrorNumber::NoFile,
+            QStringLiteral("No database file is set: the logbook has not been opened yet.") };
+        return;
+    }
+    const QFileInfo info(file);
+    if (!info.absoluteDir().exists()) {
+        error_ = { DbErrorNumber::NoFile,
+            QStringLiteral("The folder of the database file does not exist: %1").arg(info.absolutePath()) };
+        return;
+    }
+    if (!create && !info.exists()) {
+        error_ = { DbErrorNumber::NoFile, QStringLiteral("The database file does not exist: %1").arg(file) };
+        return;
+    }
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name_);
+    db.setDatabaseName(file);
+    QString options = QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(busyTimeoutMs);
+    // A file marked read-only is opened so, even for a user (root) the mark would not stop.
+    if (info.exists()
+        && (!info.isWritable()
+            || !(info.permissions()
+                & (QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther))))
+        options += QStringLiteral(";QSQLITE_OPEN_READONLY");
+    db.setConnectOptions(options);
+    if (!db.open()) {
+        const QSqlError e = db.lastError();
+        fail(e.nativeErrorCode().toInt(), e.driverText() + QLatin1Char(' ') + e.databaseText());
+        return;
+    }
+    const QVariant h = db.driver()->handle();
+    if (h.isValid() && qstrcmp(h.typeName(), "sqlite3*") == 0)
+        handle_ = *static_cast<sqlite3* const*>(h.constData());
+    if (!handle_) {
+        error_ = { DbErrorNumber::NoFile, QStringLiteral("The SQLite driver gave no connection handle.") };
+        return;
+    }
+    open_ = true;
+}
+
+DbConnection::~DbConnection()
+{
+    handle_ = nullptr;
+    {
+        QSqlDatabase db = QSqlDatabase::database(name_, false);
+        if (db.isValid())
+            db.close();
+    }
+    if (QSqlDatabase::contains(name_))
+        QSqlDatabase::removeDatabase(name_);
+}
+
+QSqlDatabase DbConnection::database() const
+{
+    return QSqlDatabase::database(name_, false);
+}
+
+DbError DbConnection::sqliteError(int code, const QString& message, const QString& file)
+{
+    QString text;
+    switch (primaryCode(code)) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        text = QStringLiteral("The database is in use by another program and stayed locked; nothing was "
+                              "changed, try again (%1).")
+                   .arg(message);
+        break;
+    case SQLITE_READONLY:
+        text = QStringLiteral("The database file is read-only, so nothing can be saved: %1 (%2).")
+                   .arg(file, message);
+        break;
+    case SQLITE_NOTADB:
+        text = QStringLiteral("The file is not a logbook database: %1 (%2).").arg(file, message);
+        break;
+    case SQLITE_CORRUPT:
+        text = QStringLiteral("The database file is damaged: %1 (%2).").arg(file, message);
+        break;
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+        text = QStringLiteral("The database file cannot be opened: %1 (%2).").arg(file, message);
+        break;
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+        text = QStringLiteral("The database file could not be written: %1 (%2).").arg(file, message);
+        break;
+    default:
+        text = message;
+        break;
+    }
+    return { code == 0 ? 1 : code, text };
+}
+
+bool DbConnection::fail(int code, const QString& message)
+{
+    error_ = sqliteError(code, message.trimmed(), file_);
+    qCWarning(lcLogbook) << error_.text();
+    return false;
+}
+
+bool DbConnection::exec(const QString& sql, const QVariantList& values)
+{
+    if (!open_)
+        return false;
+    QSqlQuery q(database());
+    if (!q.prepare(sql)) {
+        const QSqlError e = q.lastError();
+        return fail(e.nativeErrorCode().toInt(), e.databaseText() + QStringLiteral(" in: ") + sql);
+    }
+    for (const QVariant& v : values)
+        q.addBindValue(v);
+    if (!q.exec()) {
+        const QSqlError e = q.lastError();
+        return fail(e.nativeErrorCode().toInt(), e.databaseText() + QStringLiteral(" in: ") + sql);
+    }
+    return true;
+}
+
+bool DbConnection::check(const QString& sql)
+{
+    if (!open_)
+        return false;
+    sqlite3_stmt* st = nullptr;
+    const QByteArray utf8 = sql.toUtf8();
+    const int rc = sqlite3_prepare_v2(handle_, utf8.constData(), int(utf8.size()), &st, nullptr);
+    sqlite3_finalize(st);
+    if (rc != SQLITE_OK)
+        return fail(sqlite3_extended_errcode(handle_),
+            QString::fromUtf8(sqlite3_errmsg(handle_)) + QStringLiteral(" in: ") + sql);
+    return true;
+}
+
+bool DbConnection::begin()
+{
+    return exec(QStringLiteral("BEGIN IMMEDIATE"));
+}
+
+bool DbConnection::commit()
+{
+    return exec(QStringLiteral("COMMIT"));
+}
+
+void DbConnection::rollback()
+{
+    if (open_ && !sqlite3_get_autocommit(handle_))
+        sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+qint64 DbConnection::lastInsertRowId() const
+{
+    return open_ ? sqlite3_last_insert_rowid(handle_) : 0;
+}
+
+int DbConnection::changes() const
+{
+    return open_ ? sqlite3_changes(handle_) : 0;
+}

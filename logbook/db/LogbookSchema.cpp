@@ -1,0 +1,58 @@
+#include "logbook/db/LogbookSchema.h"
+
+namespace {
+// The 31 columns of the log as delivered. Column 0 is the hidden row id; 1 to 16 are the ones
+// the program names; the rest are kept for other loggers and never touched. Date is stored
+// as yyyy-MM-dd so that sorting on it is chronological. Band, Callsign and Grid compare
+// without case (as the program's LIKE does), which lets their indexes serve LIKE 'x%'.
+const char* const LogColumns
+    = "ID INTEGER PRIMARY KEY, "
+      "Date TEXT, GMT TEXT, Callsign TEXT COLLATE NOCASE, Grid TEXT COLLATE NOCASE, "
+      "rsts TEXT, rstr TEXT, Band TEXT COLLATE NOCASE, mode TEXT, Nam TEXT, "
+      "QSL TEXT, Prop TEXT, QRB REAL, QTF REAL, Comment TEXT, DXCC TEXT, QSLman TEXT, "
+      "Freq TEXT, TxPwr TEXT, Antenna TEXT, MyCall TEXT, MyGrid TEXT, Contest TEXT, "
+      "NrSent TEXT, NrRcvd TEXT, QSLsent TEXT, QSLrcvd TEXT, Cont TEXT, "
+      "CQZone INTEGER, ITUZone INTEGER, Remarks TEXT";
+const char* const MapColumns = "GEdata text(250), GEpoly text(250), GEgridXY text(250)";
+const char* const BeaconColumnList
+    = "ID INTEGER PRIMARY KEY, beacon TEXT COLLATE NOCASE, Locator TEXT, qrg TEXT, "
+      "Equipment TEXT, Mode TEXT";
+} // namespace
+
+namespace LogbookSchema {
+
+QStringList currentTables()
+{
+    return {
+        QStringLiteral("CREATE TABLE logtab (%1, %2)")
+            .arg(QLatin1String(LogColumns), QLatin1String(MapColumns)),
+        QStringLiteral("CREATE INDEX logtab_band ON logtab (Band)"),
+        QStringLiteral("CREATE INDEX logtab_callsign ON logtab (Callsign)"),
+        QStringLiteral("CREATE INDEX logtab_grid ON logtab (Grid)"),
+        QStringLiteral("CREATE INDEX logtab_date ON logtab (Date)"),
+        QStringLiteral("CREATE TABLE PNT_Beacon (%1, GEpoly text(250), GEdata text(250), GEgridXY text(250))")
+            .arg(QLatin1String(BeaconColumnList)),
+        dxccTable(),
+    };
+}
+
+QString oldLogtab()
+{
+    return QStringLiteral("CREATE TABLE logtab (%1)").arg(QLatin1String(LogColumns));
+}
+
+QString oldBeacons()
+{
+    return QStringLiteral("CREATE TABLE PNT_Beacon (%1, XCoord REAL, YCoord REAL)")
+        .arg(QLatin1String(BeaconColumnList));
+}
+
+QString dxccTable()
+{
+    // Column 1 is a LIKE pattern, column 2 the entity's name; the lookup reads them by position
+    // and takes the first matching row in stored order, so rows go in most specific first.
+    return QStringLiteral(
+        "CREATE TABLE dxccdata (ID INTEGER PRIMARY KEY, dxcccode TEXT, Country TEXT, Prefix TEXT)");
+}
+
+} // namespace LogbookSchema

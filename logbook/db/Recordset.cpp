@@ -1,0 +1,525 @@
+#include "logbook/db/Recordset.h"
+
+#include "logbook/db/DbConnection.h"
+#include "logbook/db/LogbookLogging.h"
+
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+#include <sqlite3.h>
+
+namespace {
+const QString NoCurrentText = QStringLiteral(
+    "There is no current record: the recordset is at its start or its end, or the record was deleted.");
+const QString NotOpenText = QStringLiteral("The recordset is not open.");
+
+// An empty text box gives a null QString; it is stored as an empty text, not as NULL.
+QVariant normalised(const QVariant& value)
+{
+    if (value.typeId() == QMetaType::QString && value.toString().isNull())
+        return QVariant(QStringLiteral(""));
+    return value;
+}
+
+QString quotedName(const QString& name)
+{
+    QString n = name;
+    n.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return QLatin1Char('"') + n + QLatin1Char('"');
+}
+} // namespace
+
+Recordset::Recordset(const QString& connection)
+    : connection_(connection)
+    , busyTimeoutMs_(DbConnection::DefaultBusyTimeoutMs)
+{
+}
+
+Recordset::Recordset(Recordset&&) noexcept = default;
+Recordset& Recordset::operator=(Recordset&&) noexcept = default;
+Recordset::~Recordset() = default;
+
+bool Recordset::fail(int number, const QString& text) const
+{
+    error_ = { number, text };
+    qCDebug(lcLogbook) << "recordset:" << error_.text();
+    return false;
+}
+
+bool Recordset::fail(const DbError& e) const
+{
+    error_ = e;
+    return false;
+}
+
+bool Recordset::open(const QString& sql, const QString& connection)
+{
+    connection_ = connection;
+    return open(sql);
+}
+
+bool Recordset::open(const QString& sql)
+{
+    close();
+    source_ = SqlSource(sql);
+    open_ = true;
+    if (!checkStatement()) {
+        open_ = false;
+        return false;
+    }
+    return true;
+}
+
+void Recordset::close()
+{
+    open_ = false;
+    loaded_ = false;
+    rows_.reset(0);
+    names_.clear();
+    index_.clear();
+    pos_ = -1;
+    currentDeleted_ = false;
+    mode_ = Mode::None;
+    pending_.clear();
+    error_ = DbError();
+}
+
+// Prepares the statement as it will run: reports a wrong table, column, filter or file now,
+// and learns the field names without reading any row.
+bool Recordset::checkStatement()
+{
+    error_ = DbError();
+    DbConnection c(connection_, busyTimeoutMs_);
+    if (!c.isOpen())
+        return fail(c.error());
+    const QString sql = finalSql();
+    const QByteArray utf8 = sql.toUtf8();
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(c.handle(), utf8.constData(), int(utf8.size()), &st, nullptr) != SQLITE_OK) {
+        sqlite3_finalize(st);
+        return fail(DbConnection::sqliteError(sqlite3_extended_errcode(c.handle()),
+            QString::fromUtf8(sqlite3_errmsg(c.handle())) + QStringLiteral(" in: ") + sql, connection_));
+    }
+    const int first = canUpdate() ? 1 : 0;
+    names_.clear();
+    index_.clear();
+    for (int i = first; i < sqlite3_column_count(st); ++i) {
+        const QString name = QString::fromUtf8(sqlite3_column_name(st, i));
+        if (!index_.contains(name.toLower())) // the first of equal names wins
+            index_.insert(name.toLower(), int(names_.size()));
+        names_ << name;
+    }
+    sqlite3_finalize(st);
+    loaded_ = false;
+    return true;
+}
+
+bool Recordset::ensureLoaded() const
+{
+    if (!open_)
+        return fail(DbErrorNumber::NotOpen, NotOpenText);
+    return loaded_ || load();
+}
+
+bool Recordset::load() const
+{
+    DbConnection c(connection_, busyTimeoutMs_);
+    if (!c.isOpen())
+        return fail(c.error());
+    const QString sql = finalSql();
+    const QByteArray utf8 = sql.toUtf8();
+    sqlite3* h = c.handle();
+    sqlite3_stmt* st = nullptr;
+    auto sqliteFail = [&] {
+        const DbError e = DbConnection::sqliteError(sqlite3_extended_errcode(h),
+            QString::fromUtf8(sqlite3_errmsg(h)) + QStringLiteral(" in: ") + sql, connection_);
+        sqlite3_finalize(st);
+        return fail(e);
+    };
+    if (sqlite3_prepare_v2(h, utf8.constData(), int(utf8.size()), &st, nullptr) != SQLITE_OK)
+        return sqliteFail();
+    const int first = canUpdate() ? 1 : 0;
+    const int columns = sqlite3_column_count(st) - first;
+    rows_.reset(columns);
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW)
+        rows_.appendFromStatement(st, first, first ? sqlite3_column_int64(st, 0) : 0);
+    if (rc != SQLITE_DONE)
+        return sqliteFail();
+    sqlite3_finalize(st);
+    loaded_ = true;
+    pos_ = rows_.rowCount() > 0 ? 0 : -1;
+    currentDeleted_ = false;
+    return true;
+}
+
+bool Recordset::setFilter(const QString& filter)
+{
+    if (!flushPending())
+        return false;
+    filter_ = filter;
+    return !open_ || checkStatement();
+}
+
+bool Recordset::setSort(const QString& sort)
+{
+    if (!flushPending())
+        return false;
+    sort_ = sort;
+    return !open_ || checkStatement();
+}
+
+bool Recordset::requery()
+{
+    if (!open_)
+        return fail(DbErrorNumber::NotOpen, NotOpenText);
+    if (!flushPending())
+        return false;
+    loaded_ = false;
+    return load();
+}
+
+QString Recordset::finalSql() const
+{
+    return source_.statement(filter_, sort_);
+}
+
+QString Recordset::plainSql() const
+{
+    return source_.plainStatement(filter_, sort_);
+}
+
+int Recordset::recordCount() const
+{
+    return ensureLoaded() ? rows_.rowCount() : 0;
+}
+
+int Recordset::fieldCount() const
+{
+    return open_ ? int(names_.size()) : 0;
+}
+
+QString Recordset::fieldName(int index) const
+{
+    return index >= 0 && index < names_.size() ? names_[index] : QString();
+}
+
+QStringList Recordset::fieldNames() const
+{
+    return names_;
+}
+
+int Recordset::fieldIndex(const QString& name) const
+{
+    return index_.value(name.toLower(), -1);
+}
+
+int Recordset::resolveField(const QString& name) const
+{
+    const int i = fieldIndex(name);
+    if (i < 0)
+        fail(
+            DbErrorNumber::NoSuchField, QStringLiteral("The recordset has no field named \"%1\".").arg(name));
+    return i;
+}
+
+bool Recordset::atStart() const
+{
+    if (!ensureLoaded())
+        return true;
+    return rows_.rowCount() == 0 || pos_ < 0;
+}
+
+bool Recordset::atEnd() const
+{
+    if (!ensureLoaded())
+        return true;
+    return rows_.rowCount() == 0 || pos_ >= rows_.rowCount();
+}
+
+int Recordset::position() const
+{
+    return ensureLoaded() ? pos_ : -1;
+}
+
+bool Recordset::hasCurrent(bool report) const
+{
+    if (!ensureLoaded())
+        return false;
+    if (currentDeleted_ || pos_ < 0 || pos_ >= rows_.rowCount()) {
+        if (report)
+            fail(DbErrorNumber::NoCurrentRecord, NoCurrentText);
+        return false;
+    }
+    return true;
+}
+
+bool Recordset::first()
+{
+    return move(0);
+}
+
+bool Recordset::last()
+{
+    return ensureLoaded() && move(rows_.rowCount() - 1);
+}
+
+bool Recordset::next()
+{
+    if (!flushPending() || !ensureLoaded())
+        return false;
+    if (currentDeleted_) {
+        currentDeleted_ = false; // the row after the deleted one is already under the cursor
+        return pos_ < rows_.rowCount();
+    }
+    if (pos_ >= rows_.rowCount())
+        return fail(DbErrorNumber::NoCurrentRecord, NoCurrentText);
+    ++pos_;
+    return pos_ < rows_.rowCount();
+}
+
+bool Recordset::previous()
+{
+    if (!flushPending() || !ensureLoaded())
+        return false;
+    currentDeleted_ = false;
+    if (pos_ < 0)
+        return fail(DbErrorNumber::NoCurrentRecord, NoCurrentText);
+    pos_ = std::min(pos_, rows_.rowCount()) - 1;
+    return pos_ >= 0;
+}
+
+bool Recordset::move(int position)
+{
+    if (!flushPending() || !ensureLoaded())
+        return false;
+    currentDeleted_ = false;
+    if (position < 0 || position >= rows_.rowCount()) {
+        pos_ = position < 0 ? -1 : rows_.rowCount();
+        return rows_.rowCount() == 0 ? false : fail(DbErrorNumber::NoCurrentRecord, NoCurrentText);
+    }
+    pos_ = position;
+    return true;
+}
+
+QVariant Recordset::value(int field) const
+{
+    if (mode_ != Mode::None && pending_.contains(field))
+        return pending_.value(field);
+    if (field < 0 || field >= fieldCount()) {
+        fail(DbErrorNumber::NoSuchField,
+            QStringLiteral("The recordset has no field at position %1 (it has %2).")
+                .arg(field)
+                .arg(fieldCount()));
+        return QVariant();
+    }
+    if (mode_ == Mode::Add)
+        return QVariant();
+    if (!hasCurrent(true))
+        return QVariant();
+    return rows_.value(pos_, field);
+}
+
+QVariant Recordset::value(const QString& field) const
+{
+    const int i = resolveField(field);
+    return i < 0 ? QVariant() : value(i);
+}
+
+QString Recordset::text(int field) const
+{
+    return value(field).toString();
+}
+
+QString Recordset::text(const QString& field) const
+{
+    return value(field).toString();
+}
+
+QVariant Recordset::valueAt(int row, int field) const
+{
+    if (!ensureLoaded() || row < 0 || row >= rows_.rowCount() || field < 0 || field >= rows_.columnCount())
+        return QVariant();
+    return rows_.value(row, field);
+}
+
+bool Recordset::addNew()
+{
+    if (!open_)
+        return fail(DbErrorNumber::NotOpen, NotOpenText);
+    if (!canUpdate())
+        return fail(DbErrorNumber::NotUpdatable,
+            QStringLiteral("This recordset cannot be changed: its query does not read one table."));
+    if (!flushPending())
+        return false;
+    mode_ = Mode::Add;
+    pending_.clear();
+    return true;
+}
+
+bool Recordset::setValue(int field, const QVariant& value)
+{
+    if (!open_)
+        return fail(DbErrorNumber::NotOpen, NotOpenText);
+    if (!canUpdate())
+        return fail(DbErrorNumber::NotUpdatable,
+            QStringLiteral("This recordset cannot be changed: its query does not read one table."));
+    if (field < 0 || field >= fieldCount())
+        return fail(DbErrorNumber::NoSuchField,
+            QStringLiteral("The recordset has no field at position %1 (it has %2).")
+                .arg(field)
+                .arg(fieldCount()));
+    if (mode_ == Mode::None) {
+        if (!hasCurrent(true))
+            return false;
+        mode_ = Mode::Edit;
+    }
+    pending_.insert(field, normalised(value));
+    return true;
+}
+
+bool Recordset::setValue(const QString& field, const QVariant& value)
+{
+    const int i = resolveField(field);
+    return i >= 0 && setValue(i, value);
+}
+
+void Recordset::cancelUpdate()
+{
+    mode_ = Mode::None;
+    pending_.clear();
+}
+
+bool Recordset::flushPending()
+{
+    return mode_ == Mode::None || update();
+}
+
+bool Recordset::update()
+{
+    if (!open_)
+        return fail(DbErrorNumber::NotOpen, NotOpenText);
+    if (mode_ == Mode::None)
+        return true;
+    const bool ok = mode_ == Mode::Add ? writeNew() : writeChanges();
+    if (ok) {
+        mode_ = Mode::None;
+        pending_.clear();
+    }
+    return ok;
+}
+
+bool Recordset::writeNew()
+{
+    QStringList columns;
+    QStringList marks;
+    QVariantList values;
+    for (auto it = pending_.cbegin(); it != pending_.cend(); ++it) {
+        columns << quotedName(names_[it.key()]);
+        marks << QStringLiteral("?");
+        values << it.value();
+    }
+    const QString sql = columns.isEmpty()
+        ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quotedName(source_.baseTable()))
+        : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+              .arg(quotedName(source_.baseTable()), columns.join(QStringLiteral(", ")),
+                  marks.join(QStringLiteral(", ")));
+    DbConnection c(connection_, busyTimeoutMs_);
+    if (!c.isOpen())
+        return fail(c.error());
+    if (!c.begin() || !c.exec(sql, values)) {
+        c.rollback();
+        return fail(c.error());
+    }
+    const qint64 rowId = c.lastInsertRowId();
+    if (!c.commit()) {
+        c.rollback();
+        return fail(c.error());
+    }
+    if (loaded_) {
+        // The stored row as the table now holds it (defaults and the id included).
+        QList<QVariant> row(fieldCount());
+        for (auto it = pending_.cbegin(); it != pending_.cend(); ++it)
+            row[it.key()] = it.value();
+        QSqlQuery back(c.database());
+        back.setForwardOnly(true);
+        if (back.exec(QStringLiteral("SELECT * FROM %1 WHERE rowid = %2")
+                          .arg(quotedName(source_.baseTable()))
+                          .arg(rowId))
+            && back.next()) {
+            const QSqlRecord rec = back.record();
+            for (int i = 0; i < fieldCount(); ++i) {
+                const int j = rec.indexOf(names_[i]);
+                if (j >= 0)
+                    row[i] = back.value(j);
+            }
+        }
+        rows_.appendRow(row, rowId);
+        pos_ = rows_.rowCount() - 1;
+        currentDeleted_ = false;
+    }
+    return true;
+}
+
+bool Recordset::writeChanges()
+{
+    if (!hasCurrent(true))
+        return false;
+    QStringList sets;
+    QVariantList values;
+    for (auto it = pending_.cbegin(); it != pending_.cend(); ++it) {
+        sets << quotedName(names_[it.key()]) + QStringLiteral(" = ?");
+        values << it.value();
+    }
+    values << QVariant(qlonglong(rows_.rowId(pos_)));
+    const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?")
+                            .arg(quotedName(source_.baseTable()), sets.join(QStringLiteral(", ")));
+    DbConnection c(connection_, busyTimeoutMs_);
+    if (!c.isOpen())
+        return fail(c.error());
+    if (!c.begin() || !c.exec(sql, values)) {
+        c.rollback();
+        return fail(c.error());
+    }
+    if (c.changes() != 1) {
+        c.rollback();
+        return fail(DbErrorNumber::RowChanged,
+            QStringLiteral("The record could not be found to be changed: it was deleted meanwhile."));
+    }
+    if (!c.commit()) {
+        c.rollback();
+        return fail(c.error());
+    }
+    for (auto it = pending_.cbegin(); it != pending_.cend(); ++it)
+        rows_.setValue(pos_, it.key(), it.value());
+    return true;
+}
+
+bool Recordset::deleteCurrent()
+{
+    if (!open_)
+        return fail(DbErrorNumber::NotOpen, NotOpenText);
+    if (mode_ == Mode::Add) {
+        cancelUpdate();
+        return true;
+    }
+    if (!canUpdate())
+        return fail(DbErrorNumber::NotUpdatable,
+            QStringLiteral("This recordset cannot be changed: its query does not read one table."));
+    if (!hasCurrent(true))
+        return false;
+    DbConnection c(connection_, busyTimeoutMs_);
+    if (!c.isOpen())
+        return fail(c.error());
+    if (!c.begin()
+        || !c.exec(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(quotedName(source_.baseTable())),
+            { QVariant(qlonglong(rows_.rowId(pos_))) })
+        || !c.commit()) {
+        c.rollback();
+        return fail(c.error());
+    }
+    cancelUpdate();
+    rows_.removeRow(pos_);
+    currentDeleted_ = true;
+    return true;
+}
