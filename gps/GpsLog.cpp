@@ -1,0 +1,3 @@
+#include "gps/GpsLog.h"
+
+Q_LOGGING_CATEGORY(lcGps, "kestrel.gps")
