@@ -34,8 +34,11 @@ function(kestrel_test name)
   endif()
   add_executable(${name} ${KT_SOURCES})
   target_link_libraries(${name} PRIVATE kestrel_testsupport ${KT_DEPS})
-  set(props LABELS ${KT_LABEL} TIMEOUT ${KT_TIMEOUT}
-      ENVIRONMENT "QT_QPA_PLATFORM=offscreen;KESTREL_BUILD_DIR=${PROJECT_BINARY_DIR}")
+  # The environment goes in through a launcher: an ENVIRONMENT list of two variables loses the
+  # second on its way through gtest_discover_tests.
+  set_property(TARGET ${name} PROPERTY CROSSCOMPILING_EMULATOR
+               ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen KESTREL_BUILD_DIR=${PROJECT_BINARY_DIR})
+  set(props LABELS ${KT_LABEL} TIMEOUT ${KT_TIMEOUT})
   if(KT_SERIAL)
     list(APPEND props RUN_SERIAL TRUE)
   endif()
