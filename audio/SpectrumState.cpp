@@ -49,8 +49,8 @@ void SpectrumState::computeLevels()
             // An Integer assignment rounds to nearest (ties to even), as nearbyint does.
             peakFrequency = static_cast<qint16>(std::nearbyint(k * HzPerBin));
         }
-        if (k < SideLimit)
-            sideValue = smoothed[k + SideOffset];
+        if (k > SideLimit)
+            sideValue = smoothed[k - SideOffset];
     }
     strongest -= 25.0f;
     if (strongest < 0.0f)

@@ -20,8 +20,9 @@ public:
     static constexpr double UnitsPerDivision = 125.0;
     static constexpr double TopClamp = -50.0;
     static constexpr double BottomClamp = 1000.0;
-    // Label23 reads the smoothed spectrum at k + SideOffset for every k below SideLimit, so it ends
-    // on bin 1799: a bin outside the drawn range, a noise reference beside the passband.
+    // Label23: for every k past the drawn range (k > 1000) the side value reads the smoothed
+    // spectrum at k - 800, already updated for this buffer, so it ends on bin 3296: far above any
+    // receiver's audio passband, it shows the noise floor of the sound input.
     static constexpr int SideLimit = 1000;
     static constexpr int SideOffset = 800;
 
