@@ -1,3 +1,3 @@
 #include "devices/link/LinkLog.h"
 
-Q_LOGGING_CATEGORY(lcLink, "kestrel.devices.link")
+Q_LOGGING_CATEGORY(lcLink, "kestrel.devices.link", QtInfoMsg)
