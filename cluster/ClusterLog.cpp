@@ -1,0 +1,3 @@
+#include "cluster/ClusterLog.h"
+
+Q_LOGGING_CATEGORY(lcCluster, "kestrel.cluster")
