@@ -1,10 +1,13 @@
 #include "devices/keyer/KeyerController.h"
 
 #include "core/Station.h"
+#include "devices/rig/CatCodec.h"
+#include "devices/rig/LinePace.h"
 #include "devices/rig/RigController.h"
 
 #include <QMetaObject>
 #include <QPointer>
+#include <QTimer>
 
 KeyerController::KeyerController(Station& station, RigController& rig, OutputLines& lines, QObject* parent)
     : QObject(parent)
@@ -28,14 +31,20 @@ void KeyerController::cmdSend_Click(const QString& text)
     setSending(true);
     setTransmitState(true);
     textDialect_ = CatPlan::textDialect(rig_.setup());
+    // The first element waits until the line has carried the transmit command.
+    auto keyAfter = [self = QPointer(this), text](const QByteArray& command, int com) {
+        if (!self)
+            return;
+        const QString settings
+            = self->station_.settings.textAt(com == 1 ? Setting::Com1Settings : Setting::Com2Settings);
+        const auto leadMs = static_cast<int>((LinePace::microseconds(settings, command.size()) + 999) / 1000);
+        QTimer::singleShot(leadMs, Qt::PreciseTimer, self.data(), [self, text] { self->startKeying(text); });
+    };
     if (textDialect_) {
-        rig_.switchTransmitText(true, [self = QPointer(this), text] {
-            if (self)
-                self->startKeying(text);
-        });
+        rig_.switchTransmitText(true, [keyAfter] { keyAfter(Cat::TextTransmit, 1); });
     } else {
         rig_.setPtt(true);
-        startKeying(text);
+        keyAfter(Cat::PttOn, rig_.setup().rigPort == QLatin1String("Com2") ? 2 : 1);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "devices/keyer/MorseKeyer.h"
 
 #include "devices/lines/OutputLines.h"
+#include "devices/lines/RealtimePriority.h"
 
 MorseKeyer::MorseKeyer(OutputLines& lines)
     : lines_(lines)
@@ -70,6 +71,7 @@ bool MorseKeyer::pause(Clock::time_point until)
 
 void MorseKeyer::run(int unitMs, std::function<void()> finished)
 {
+    RealtimePriority::raiseCurrentThread();
     auto key = [this](bool down) {
         lines_.UsbSetIOState(OutputLines::ModulePort, OutputLines::KeyLine, down ? 1 : 0);
     };

@@ -1,5 +1,7 @@
 #include "devices/lines/LinePulser.h"
 
+#include "devices/lines/RealtimePriority.h"
+
 LinePulser::LinePulser(OutputLines& lines)
     : lines_(lines)
     , thread_([this] { run(); })
@@ -34,6 +36,7 @@ void LinePulser::waitIdle()
 
 void LinePulser::run()
 {
+    RealtimePriority::raiseCurrentThread();
     std::unique_lock lock(mutex_);
     for (;;) {
         wake_.wait(lock, [this] { return stopping_ || !queue_.empty(); });

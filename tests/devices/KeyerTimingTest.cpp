@@ -1,0 +1,163 @@
+// The keying thread against a recording key line: the exact sequence of edges and their
+// times on the monotonic clock, for each speed.
+#include "devices/keyer/MorseKeyer.h"
+#include "devices/lines/OutputLines.h"
+#include "devices/lines/RecordingLine.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+using namespace std::chrono;
+using Clock = steady_clock;
+
+namespace {
+struct Keying {
+    OutputLines lines;
+    std::shared_ptr<RecordingLine> key = std::make_shared<RecordingLine>();
+    MorseKeyer keyer { lines };
+    Keying() { lines.setLine(OutputLines::Role::Key, key); }
+
+    // Keys the text and waits for the end; returns when the keyer said it was done.
+    Clock::time_point send(
+        int unit, const QString& text, bool loop = false, const std::function<void()>& during = {})
+    {
+        std::promise<Clock::time_point> done;
+        EXPECT_TRUE(keyer.start(unit, text, loop, [&] { done.set_value(Clock::now()); }));
+        if (during)
+            during();
+        auto end = done.get_future().get();
+        keyer.wait();
+        return end;
+    }
+};
+
+// Planned edge times (ms after the start) of a text sent once.
+std::vector<std::pair<double, bool>> plannedEdges(const QString& text, int unit)
+{
+    std::vector<std::pair<double, bool>> edges;
+    double t = 0;
+    for (QChar c : text)
+        for (const Morse::Step& s : Morse::textCharacter(c, unit)) {
+            if (s.keyDown)
+                edges.push_back({ t, true });
+            t += s.ms;
+            if (s.keyDown)
+                edges.push_back({ t, false });
+        }
+    return edges;
+}
+
+double msSince(Clock::time_point origin, Clock::time_point t)
+{
+    return duration<double, std::milli>(t - origin).count();
+}
+
+void checkText(int speedIndex, const QString& text)
+{
+    const int unit = Morse::unitMs(speedIndex);
+    Keying k;
+    const auto end = k.send(unit, text);
+    const auto origin = k.keyer.origin();
+    const auto planned = plannedEdges(text, unit);
+    const auto edges = k.key->edges();
+    ASSERT_EQ(edges.size(), planned.size()) << "speed " << speedIndex;
+    for (size_t i = 0; i < edges.size(); ++i) {
+        EXPECT_EQ(edges[i].on, planned[i].second) << "edge " << i;
+        // Every edge on its planned time (the clock is monotonic; errors do not add up).
+        EXPECT_NEAR(msSince(origin, edges[i].at), planned[i].first, 5.0)
+            << "edge " << i << " speed " << speedIndex;
+    }
+    const double ideal = static_cast<double>(Morse::textMs(text, unit));
+    EXPECT_NEAR(msSince(origin, end), ideal, ideal * 0.01) << "whole text at speed " << speedIndex;
+    EXPECT_FALSE(k.key->state()); // left up
+}
+} // namespace
+
+TEST(KeyerTiming, ETVvvAndSpaceAt50Lpm)
+{
+    checkText(1, "et> ");
+}
+
+TEST(KeyerTiming, ETVvvAndSpaceAt60Lpm)
+{
+    checkText(2, "et> ");
+}
+
+TEST(KeyerTiming, ETVvvAndSpaceAt70Lpm)
+{
+    checkText(3, "et> ");
+}
+
+TEST(KeyerTiming, ExactLengthsOfEAndT)
+{
+    Keying k;
+    const auto end = k.send(100, "e");
+    auto e = k.key->edges();
+    ASSERT_EQ(e.size(), 2u);
+    // "e" at "50 lpm": down 100 ms, then 100 + 200 + 200 ms of silence.
+    EXPECT_NEAR(msSince(e[0].at, e[1].at), 100.0, 5.0);
+    EXPECT_NEAR(msSince(e[1].at, end), 500.0, 5.0);
+
+    k.key->clear();
+    k.send(50, "T");
+    e = k.key->edges();
+    ASSERT_EQ(e.size(), 2u);
+    EXPECT_NEAR(msSince(e[0].at, e[1].at), 175.0, 5.0); // upper case keyed as lower case
+}
+
+TEST(KeyerTiming, CharactersOutsideTheTableKeyNothing)
+{
+    Keying k;
+    const auto end = k.send(50, "#");
+    EXPECT_TRUE(k.key->edges().empty());
+    EXPECT_NEAR(msSince(k.keyer.origin(), end), 100.0, 5.0); // only the gap after it
+    const auto end2 = k.send(50, " ");
+    EXPECT_TRUE(k.key->edges().empty());
+    EXPECT_NEAR(msSince(k.keyer.origin(), end2), 200.0, 5.0); // word spaces only
+}
+
+TEST(KeyerTiming, LoopStopEndsTheLoopAfterTheCurrentPass)
+{
+    Keying k;
+    // "e" at 50 ms is 300 ms a pass; ask for the stop in the middle of the second pass.
+    const auto end = k.send(50, "e", true, [&] {
+        std::this_thread::sleep_for(milliseconds(420));
+        k.keyer.requestLoopStop();
+    });
+    EXPECT_EQ(k.keyer.passes(), 2);
+    EXPECT_EQ(k.key->edges().size(), 4u);
+    EXPECT_NEAR(msSince(k.keyer.origin(), end), 600.0, 6.0);
+}
+
+TEST(KeyerTiming, LoopRepeatsWhileTheSwitchIsOnAndTakesTextEdits)
+{
+    Keying k;
+    const auto end = k.send(50, "e", true, [&] {
+        std::this_thread::sleep_for(milliseconds(150));
+        k.keyer.setText("t");
+        std::this_thread::sleep_for(milliseconds(500));
+        k.keyer.setLoop(false);
+    });
+    // pass 1 "e" (300 ms), pass 2 "t" (425 ms) during which the switch goes off
+    EXPECT_EQ(k.keyer.passes(), 2);
+    const auto e = k.key->edges();
+    ASSERT_EQ(e.size(), 4u);
+    EXPECT_NEAR(msSince(e[2].at, e[3].at), 175.0, 5.0);
+    EXPECT_NEAR(msSince(k.keyer.origin(), end), 725.0, 7.0);
+}
+
+TEST(KeyerTiming, AbortLiftsTheKeyAtOnce)
+{
+    Keying k;
+    const auto t0 = Clock::now();
+    k.send(100, "ttt", false, [&] {
+        std::this_thread::sleep_for(milliseconds(100));
+        k.keyer.abort();
+    });
+    EXPECT_LT(msSince(t0, Clock::now()), 200.0);
+    const auto e = k.key->edges();
+    ASSERT_EQ(e.size(), 2u);
+    EXPECT_FALSE(e.back().on);
+    EXPECT_EQ(k.keyer.passes(), 0);
+}

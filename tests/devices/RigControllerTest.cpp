@@ -1,0 +1,282 @@
+#include "devices/rig/RigController.h"
+#include "StationRig.h"
+#include "core/ExtensionSettings.h"
+#include "devices/rig/CatCodec.h"
+#include "tests/support/TempDir.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+QByteArray hex(const char* h)
+{
+    return QByteArray::fromHex(h);
+}
+
+struct Cell {
+    int index;
+    QByteArray com1;
+    QByteArray com2;
+};
+
+// Clicks each option on a fresh pair of ports and checks what each port's device got.
+void checkCells(const QString& rigPort, bool check2, bool check3, int band, const QList<Cell>& cells)
+{
+    for (const Cell& c : cells) {
+        StationRig s(rigPort, check2, check3);
+        ASSERT_TRUE(s.open(1));
+        ASSERT_TRUE(s.open(2));
+        RigController rig(s.station, s.ports);
+        rig.setBandIndex(band);
+        EXPECT_TRUE(rig.OptFT847_Click(c.index));
+        const auto where = QStringLiteral("%1 check2=%2 check3=%3 band %4 option %5")
+                               .arg(rigPort)
+                               .arg(check2)
+                               .arg(check3)
+                               .arg(band)
+                               .arg(c.index)
+                               .toStdString();
+        EXPECT_EQ(s.received(1, c.com1.size()).toHex(' '), c.com1.toHex(' ')) << where;
+        EXPECT_EQ(s.received(2, c.com2.size()).toHex(' '), c.com2.toHex(' ')) << where;
+        EXPECT_TRUE(s.prompts.shown.isEmpty());
+    }
+}
+} // namespace
+
+TEST(RigController, PresetCellsForTheBinaryRigOnCom1)
+{
+    checkCells("Com1", false, false, 2,
+        { { 1, Cat::ModeCw + hex("1441000001"), "14410000" },
+            { 2, Cat::ModeUsb + hex("1442000001"), "14420000" },
+            { 3, Cat::ModeUsb + hex("1449000001"), "14490000" }, { 4, Cat::ModeCw, "" },
+            { 5, Cat::ModeUsb, "" } });
+}
+
+TEST(RigController, PresetCellsForTheTextRigOnCom1)
+{
+    checkCells("Com1", true, false, 2,
+        { { 1, "MD03;FA144100000;", "" }, { 2, "FA144200000;MD03;", "" }, { 3, "FA144900000;", "" },
+            { 4, "MD03;", "" }, { 5, "MD02;", "" } });
+}
+
+TEST(RigController, PresetCellsForTheRigOnCom2ByBand)
+{
+    const QByteArray cw = Cat::ModeCw;
+    checkCells("Com2", false, false, 1,
+        { { 1, "", "5010000" }, { 2, "", cw + "5020000" + hex("0502000001") },
+            { 3, "", cw + "5090000" + hex("0509000001") }, { 4, "", cw }, { 5, "", Cat::ModeUsb } });
+    checkCells("Com2", false, false, 2,
+        { { 1, "", cw + "14410000" + hex("1441000001") }, { 2, "", cw + "14420000" + hex("1442000001") },
+            { 3, "", cw + "14490000" + hex("1449000001") }, { 4, "", cw }, { 5, "", Cat::ModeUsb } });
+    checkCells("Com2", false, false, 3,
+        { { 1, "", cw + "43210000" + hex("4321000001") }, { 2, "", cw + "43220000" + hex("4322000001") },
+            { 3, "", cw + "43290000" + hex("4329000001") }, { 4, "", cw }, { 5, "", Cat::ModeUsb } });
+}
+
+TEST(RigController, PresetRefusedWhenCom1IsNotOpen)
+{
+    StationRig s("Com2");
+    s.station.settings.setText(Setting::Com1Port, "10");
+    ASSERT_TRUE(s.open(2));
+    RigController rig(s.station, s.ports);
+    QSignalSpy red(&rig, &RigController::com1NotOpen);
+    EXPECT_FALSE(rig.OptFT847_Click(2));
+    EXPECT_EQ(red.count(), 1);
+    EXPECT_EQ(s.prompts.shown, QStringList { "Com1(10) not Open" });
+    EXPECT_EQ(s.received(2, 0, 100), QByteArray());
+    EXPECT_FALSE(s.ports.com(1).isOpen());
+}
+
+TEST(RigController, SendFreqOpensClosedPortsAndSendsTextThenBcd)
+{
+    StationRig s;
+    RigController rig(s.station, s.ports);
+    rig.SendFreq("14410000");
+    EXPECT_TRUE(s.ports.com(1).isOpen());
+    EXPECT_TRUE(s.ports.com(2).isOpen());
+    EXPECT_EQ(s.received(2, 8), QByteArray("14410000"));
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("14 41 00 00 01"));
+
+    rig.setBandIndex(1);
+    rig.SendFreq("5020000");
+    EXPECT_EQ(s.received(2, 7), QByteArray("5020000"));
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("05 02 00 00 01"));
+
+    rig.SendFreq("99999999");
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("99 99 99 99 01"));
+}
+
+TEST(RigController, TextDialectFrequency)
+{
+    StationRig s("Com1", true);
+    RigController rig(s.station, s.ports);
+    s.station.frequencyText = "14410000";
+    rig.SendFreq(s.station.frequencyText);
+    EXPECT_EQ(s.received(1, 12), QByteArray("FA144100000;"));
+    s.station.frequencyText = "5010000";
+    rig.SendFreqText();
+    EXPECT_EQ(s.received(1, 11), QByteArray("FA50100000;"));
+    EXPECT_EQ(s.received(2, 8), QByteArray("14410000")); // SendFreq's plain text only
+}
+
+TEST(RigController, BandPresetsOnlyAfterTheFirstBandClick)
+{
+    StationRig s;
+    ASSERT_TRUE(s.open(1));
+    ASSERT_TRUE(s.open(2));
+    RigController rig(s.station, s.ports);
+    rig.setCounter(14400000);
+    QSignalSpy shown(&rig, &RigController::frequencyDisplayChanged);
+
+    rig.OptBandV_Click(3); // first click: the frequency stays
+    EXPECT_EQ(rig.counter(), 14400000);
+    EXPECT_EQ(rig.bandIndex(), 3);
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("14 40 00 00 01"));
+    EXPECT_TRUE(rig.presetFlag());
+
+    rig.OptBandV_Click(3);
+    EXPECT_EQ(rig.counter(), 43220000);
+    EXPECT_EQ(s.station.frequencyText, QString("43220000"));
+    EXPECT_EQ(shown.last().at(0).toString(), QString("432.2"));
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("43 22 00 00 01"));
+
+    rig.OptBandV_Click(1);
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("05 02 00 00 01"));
+    EXPECT_EQ(s.received(2, 8 + 8 + 7).right(7), QByteArray("5020000"));
+
+    rig.setPresetFlag(false); // a beacon took over the frequency
+    rig.OptBandV_Click(2);
+    EXPECT_EQ(rig.counter(), 5020000);
+    rig.OptBandR_Click(4);
+    EXPECT_EQ(rig.microwaveBand(), 4);
+    EXPECT_TRUE(rig.presetFlag());
+}
+
+TEST(RigController, PushToTalkOnTheRigPort)
+{
+    StationRig s("Com1", true);
+    ASSERT_TRUE(s.open(1));
+    ASSERT_TRUE(s.open(2));
+    RigController rig(s.station, s.ports);
+    QSignalSpy ptt(&rig, &RigController::pttChanged);
+    rig.setPtt(true);
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("00 00 00 00 08"));
+    rig.setPtt(false);
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("00 00 00 00 88"));
+    ASSERT_EQ(ptt.count(), 2);
+    EXPECT_TRUE(ptt[0][0].toBool());
+
+    s.station.rigPortName = "Com2";
+    rig.setPtt(true);
+    EXPECT_EQ(s.received(2, 5).toHex(' '), QByteArray("00 00 00 00 08"));
+    EXPECT_EQ(s.received(1, 0, 50), QByteArray());
+}
+
+TEST(RigController, ReleasingAfterOnePassLeavesTheRigOneStepBehind)
+{
+    StationRig s;
+    ASSERT_TRUE(s.open(1));
+    ASSERT_TRUE(s.open(2));
+    RigController rig(s.station, s.ports);
+    rig.setCounter(14420000);
+    rig.setStepOption(4);
+    QSignalSpy ended(&rig, &RigController::tuningEnded);
+
+    rig.startTuning(-1); // FreqDwn mouse-down: the first pass runs at once
+    rig.stopTuning(); // mouse-up
+    EXPECT_EQ(rig.counter(), 14419000);
+    EXPECT_EQ(rig.displayText(), QString("144.19"));
+    EXPECT_EQ(s.station.frequencyText, QString("14419000"));
+    EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("14 42 00 00 01")); // the rig is one behind
+    EXPECT_EQ(s.received(2, 8), QByteArray("14420000"));
+    EXPECT_TRUE(ended.count() == 1 || ended.wait(1000));
+    EXPECT_EQ(rig.passes(), 1);
+    EXPECT_FALSE(s.station.hold);
+}
+
+TEST(RigController, HoldingSendsEveryPassPacedByTheLine)
+{
+    StationRig s;
+    ASSERT_TRUE(s.open(1));
+    ASSERT_TRUE(s.open(2));
+    RigController rig(s.station, s.ports);
+    rig.setCounter(14410000);
+    rig.setStepOption(2);
+    qint64 mostQueued = 0;
+    QObject::connect(&rig, &RigController::passSent, [&](qint64 q) { mostQueued = qMax(mostQueued, q); });
+    QSignalSpy ended(&rig, &RigController::tuningEnded);
+
+    rig.startTuning(+1);
+    EXPECT_TRUE(s.station.hold);
+    QByteArray com1, com2;
+    (void)QTest::qWaitFor(
+        [&] {
+            com1 += s.pty[0].readAvailable();
+            com2 += s.pty[1].readAvailable();
+            return false;
+        },
+        400);
+    rig.stopTuning();
+    ASSERT_TRUE(ended.count() == 1 || ended.wait(1000));
+    com1 += s.received(1, 0, 100);
+    com2 += s.received(2, 0);
+
+    const qint64 n = rig.passes();
+    // 13 bytes a pass at 9600 baud on the busier port (8 on Com2): about 9 ms a pass.
+    EXPECT_GT(n, 10);
+    EXPECT_LT(n, 400 / 8 + 5);
+    EXPECT_EQ(rig.counter(), 14410000 + 10 * n);
+    QByteArray want1, want2;
+    for (qint64 i = 0; i < n; ++i) {
+        want1 += Cat::frequencyCommand(QString::number(14410000 + 10 * i), 8);
+        want2 += QByteArray::number(14410000 + 10 * i);
+    }
+    EXPECT_EQ(com1.toHex(), want1.toHex());
+    EXPECT_EQ(com2, want2);
+    EXPECT_LE(mostQueued, 13); // never more than one pass waiting
+}
+
+TEST(RigController, TransmitTextWaitsThenWritesToCom1)
+{
+    StationRig s("Com2", false, true);
+    ASSERT_TRUE(s.open(1));
+    RigController rig(s.station, s.ports);
+    EXPECT_EQ(rig.transmitWaitMs(), 1000);
+    rig.setTransmitWaitMs(150);
+    bool done = false;
+    QElapsedTimer t;
+    t.start();
+    rig.switchTransmitText(true, [&] { done = true; });
+    EXPECT_FALSE(done);
+    EXPECT_EQ(s.received(1, 4), QByteArray("TX1;"));
+    EXPECT_GE(t.elapsed(), 150);
+    EXPECT_TRUE(done);
+    rig.switchTransmitText(false);
+    EXPECT_EQ(s.received(1, 4), QByteArray("TX0;"));
+}
+
+TEST(RigController, RigPortNameComesFromKestrelIni)
+{
+    TempDir dir;
+    RecordingPrompts prompts;
+    Station station(prompts);
+    StationPorts ports(makeQtSerialLink);
+    {
+        RigController rig(station, ports);
+        EXPECT_EQ(station.rigPortName, QString("Com1"));
+    }
+    station.rigPortName.clear();
+    ExtensionSettings::setValue(ExtensionKey::RigPort, "Com2");
+    {
+        RigController rig(station, ports);
+        EXPECT_EQ(station.rigPortName, QString("Com2"));
+    }
+    station.rigPortName.clear();
+    ExtensionSettings::setValue(ExtensionKey::RigPort, "COM3");
+    RigController rig(station, ports);
+    EXPECT_EQ(station.rigPortName, QString("Com1"));
+    EXPECT_EQ(prompts.shown,
+        QStringList {
+            "Kestrel.ini rig/port is \"COM3\"; it must be Com1 or Com2. The rig is taken to be on Com1." });
+}

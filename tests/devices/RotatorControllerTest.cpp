@@ -1,0 +1,137 @@
+#include "devices/rotator/RotatorController.h"
+#include "StationRig.h"
+#include "devices/lines/OutputLines.h"
+#include "devices/lines/RecordingLine.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+using namespace std::chrono;
+
+namespace {
+struct RotatorRig : StationRig {
+    OutputLines lines;
+    std::shared_ptr<RecordingLine> up = std::make_shared<RecordingLine>();
+    std::shared_ptr<RecordingLine> down = std::make_shared<RecordingLine>();
+    std::unique_ptr<RotatorController> rotator;
+
+    RotatorRig()
+    {
+        lines.setLine(OutputLines::Role::Up, up);
+        lines.setLine(OutputLines::Role::Down, down);
+        open(4);
+        rotator = std::make_unique<RotatorController>(station, ports, lines);
+    }
+    QByteArray rotatorGot(qsizetype n) { return received(4, n); }
+};
+
+double lengthMs(const RecordingLine::Edge& on, const RecordingLine::Edge& off)
+{
+    return duration<double, std::milli>(off.at - on.at).count();
+}
+} // namespace
+
+TEST(RotatorController, HeadingCommands)
+{
+    RotatorRig r;
+    EXPECT_EQ(r.rotator->Antennedrehen(""), QString("000"));
+    EXPECT_EQ(r.rotatorGot(8), QByteArray("AP1000\r;"));
+    EXPECT_EQ(r.rotator->Antennedrehen("7"), QString("007"));
+    EXPECT_EQ(r.rotatorGot(8), QByteArray("AP1007\r;"));
+    EXPECT_EQ(r.rotator->Antennedrehen("245"), QString("245"));
+    EXPECT_EQ(r.rotatorGot(8), QByteArray("AP1245\r;"));
+
+    r.rotator->sendSecondSetValue("30");
+    EXPECT_EQ(r.rotatorGot(7), QByteArray("AW1030;"));
+    r.rotator->turnLeft();
+    EXPECT_EQ(r.rotatorGot(3), QByteArray("AA;"));
+    r.rotator->turnRight();
+    EXPECT_EQ(r.rotatorGot(3), QByteArray("AB;"));
+    QSignalSpy red(r.rotator.get(), &RotatorController::stopPressed);
+    r.rotator->Rotorstop_click();
+    EXPECT_EQ(r.rotatorGot(3), QByteArray("ST;"));
+    EXPECT_EQ(red.count(), 1);
+}
+
+TEST(RotatorController, QueryReadsWhatHasArrivedWithoutWaiting)
+{
+    RotatorRig r;
+    EXPECT_EQ(r.rotator->queryHeading(), QString());
+    EXPECT_EQ(r.rotatorGot(4), QByteArray("AI1;"));
+    ASSERT_TRUE(r.pty[3].write("245;"));
+    QTest::qWait(100);
+    EXPECT_EQ(r.rotator->queryHeading(), QString("245"));
+    EXPECT_EQ(r.rotator->queryHeading(), QString());
+}
+
+TEST(RotatorController, AutomaticElevationPulsesAtMostOncePerTick)
+{
+    RotatorRig r;
+    QSignalSpy display(r.rotator.get(), &RotatorController::autoDisplayChanged);
+    r.rotator->autoElevationStep(0.3); // off: nothing moves
+    EXPECT_EQ(display.last().at(0).toString(), QString("Ele manu"));
+    EXPECT_EQ(display.last().at(1).toInt(), 65535);
+    r.rotator->setAuto(true);
+    for (double m : { 0.4, 1.0, 0.7 }) {
+        r.rotator->autoElevationStep(m);
+        r.rotator->waitForPulses();
+    }
+    r.rotator->autoElevationStep(std::nullopt); // no sensor reading
+    r.rotator->waitForPulses();
+    EXPECT_TRUE(r.up->edges().empty());
+    EXPECT_TRUE(r.down->edges().empty());
+    EXPECT_EQ(display.last().at(0).toString(), QString("Ele Auto"));
+    EXPECT_EQ(display.last().at(1).toInt(), 65280);
+
+    for (int tick = 0; tick < 3; ++tick) {
+        r.rotator->autoElevationStep(0.3);
+        QTest::qWait(200);
+    }
+    r.rotator->waitForPulses();
+    auto e = r.up->edges();
+    ASSERT_EQ(e.size(), 6u);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(e[2 * i].on);
+        EXPECT_FALSE(e[2 * i + 1].on);
+        EXPECT_GE(lengthMs(e[2 * i], e[2 * i + 1]), 50.0);
+        EXPECT_LT(lengthMs(e[2 * i], e[2 * i + 1]), 80.0);
+    }
+    EXPECT_EQ(r.up->outputCalls(), 3);
+    EXPECT_TRUE(r.down->edges().empty());
+
+    r.rotator->autoElevationStep(1.1);
+    r.rotator->waitForPulses();
+    e = r.down->edges();
+    ASSERT_EQ(e.size(), 2u);
+    EXPECT_GE(lengthMs(e[0], e[1]), 50.0);
+    EXPECT_EQ(r.up->edges().size(), 6u);
+}
+
+TEST(RotatorController, ElevationButtonSwitchesAutomaticOffBeforeTheMotorRuns)
+{
+    RotatorRig r;
+    r.rotator->setAuto(true);
+    size_t edgesWhenSwitchedOff = 99;
+    QObject::connect(r.rotator.get(), &RotatorController::autoChanged,
+        [&](bool on) { edgesWhenSwitchedOff = on ? 99 : r.up->edges().size(); });
+    r.rotator->elevationPressed(true);
+    EXPECT_EQ(edgesWhenSwitchedOff, 0u);
+    EXPECT_FALSE(r.rotator->isAuto());
+    EXPECT_TRUE(r.station.hold);
+    EXPECT_EQ(r.up->outputCalls(), 1);
+    EXPECT_TRUE(r.up->state());
+    r.rotator->autoElevationStep(0.1); // the tick goes on, but automatic is off now
+    QTest::qWait(100);
+    r.rotator->elevationReleased(true);
+    EXPECT_FALSE(r.up->state());
+    EXPECT_FALSE(r.station.hold);
+    const auto e = r.up->edges();
+    ASSERT_EQ(e.size(), 2u); // the motor ran exactly as long as the button was held
+    EXPECT_GE(lengthMs(e[0], e[1]), 100.0);
+
+    r.rotator->elevationPressed(false);
+    r.rotator->elevationReleased(false);
+    EXPECT_EQ(r.down->edges().size(), 2u);
+    EXPECT_FALSE(r.down->state());
+}
