@@ -8,6 +8,8 @@ namespace ExtensionKey {
 inline const QString SensorPort = QStringLiteral("ports/sensor");
 // Which of Com1/Com2 carries the rig's CAT commands: "Com1" (default) or "Com2".
 inline const QString RigPort = QStringLiteral("rig/port");
+// The microwave band option (1..9) last chosen on the main window.
+inline const QString RigMicrowaveBand = QStringLiteral("rig/microwaveBand");
 // Output-line backends: "none" (default), "dtr:<port text>", "rts:<port text>",
 // "gpio:<chip>:<line>", for the CW key, elevation up and elevation down.
 inline const QString KeyLine = QStringLiteral("lines/key");
