@@ -159,9 +159,7 @@ TEST(QtSerialLink, ClosesAndReportsWhenTheDeviceVanishes)
     QTest::qWait(50);
     EXPECT_EQ(errors.count(), 1); // said once, not once per failed poll
 
-    // The old path is gone for good; a new device works with the same link.
-    EXPECT_FALSE(link.open(path, QStringLiteral("9600,n,8,1")));
-    EXPECT_EQ(link.errorText(), path + QStringLiteral(": no such port"));
+    // The same link works again on a new device (the old path may already name another one).
     PtyPair again;
     ASSERT_TRUE(link.open(again.slavePath(), QStringLiteral("9600,n,8,1")));
     link.write("ST;");
