@@ -31,7 +31,8 @@ TEST(MainPorts, SensorBoxRunsAt9600OnItsOwnPort)
     EXPECT_EQ(fallback.portText, QStringLiteral("13"));
     EXPECT_EQ(fallback.settings, QStringLiteral("9600,n,8,1"));
     EXPECT_TRUE(fallback.inUse);
-    EXPECT_EQ(MainPorts::fromTable(t, 3, QStringLiteral("/dev/ttyACM1")).portText, QStringLiteral("/dev/ttyACM1"));
+    EXPECT_EQ(
+        MainPorts::fromTable(t, 3, QStringLiteral("/dev/ttyACM1")).portText, QStringLiteral("/dev/ttyACM1"));
 }
 
 TEST(MainPorts, LampTextsAndRoles)

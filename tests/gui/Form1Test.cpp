@@ -1,0 +1,323 @@
+// The main window's start-up, port notices, menu windows, locator box, weather line and close.
+#include "tests/gui/Form1Fixture.h"
+
+#include "geo/Bearing.h"
+
+#include <QAction>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QStatusBar>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString lampState(Form1Fixture& f, const char* name)
+{
+    return f.child<QLabel>(name)->property("state").toString();
+}
+
+} // namespace
+
+TEST(Form1, StartsWithEveryPortOpenAndGreenLamps)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
+    QSignalSpy restored(f.form.get(), &Form1::restoring);
+    QSignalSpy loaded(f.form.get(), &Form1::loaded);
+    f.form->load();
+    EXPECT_EQ(restored.count(), 1);
+    EXPECT_EQ(loaded.count(), 1);
+    for (int n = 1; n <= 4; ++n)
+        EXPECT_TRUE(f.form->isPortOpen(n)) << n;
+    EXPECT_EQ(lampState(f, "lblCom1"), QStringLiteral("open"));
+    EXPECT_EQ(lampState(f, "lblCom2"), QStringLiteral("open"));
+    EXPECT_EQ(lampState(f, "lblCom4"), QStringLiteral("open"));
+    EXPECT_TRUE(f.form->timer().isActive());
+    EXPECT_EQ(f.form->statusBar()->currentMessage(), QString());
+    EXPECT_EQ(f.station.myLocator, QStringLiteral("JN48TH"));
+    EXPECT_EQ(f.child<QLabel>("Label29")->text(), QStringLiteral("3640"));
+    EXPECT_TRUE(f.prompts.shown.isEmpty());
+}
+
+TEST(Form1, PortFailuresAtStartAreNamedWithoutMessageBoxes)
+{
+    Form1Fixture f;
+    QtSerialLink holder; // another program holds the rotator's port
+    ASSERT_TRUE(holder.open(f.rotator.slavePath(), QStringLiteral("4800,n,8,1")));
+    f.writeConfig([](SettingsTable& t) {
+        t.setText(Setting::Com1Port, QStringLiteral("/dev/kestrel-no-such-port"));
+        t.setText(Setting::Com2Settings, QStringLiteral("9600,q,8,1"));
+    });
+    f.start();
+    EXPECT_TRUE(f.prompts.shown.isEmpty()) << f.prompts.shown.join(u'|').toStdString();
+    EXPECT_FALSE(f.form->isPortOpen(1));
+    EXPECT_FALSE(f.form->isPortOpen(2));
+    EXPECT_FALSE(f.form->isPortOpen(4));
+    EXPECT_TRUE(f.form->isPortOpen(3));
+    for (const char* lamp : { "lblCom1", "lblCom2", "lblCom4" })
+        EXPECT_EQ(lampState(f, lamp), QStringLiteral("failed")) << lamp;
+
+    const QString status = f.form->statusBar()->currentMessage();
+    EXPECT_TRUE(
+        status.contains(QStringLiteral("Com1 (rig 1) not open: /dev/kestrel-no-such-port: no such port")))
+        << status.toStdString();
+    EXPECT_TRUE(status.contains(QStringLiteral("Com2 (rig 2) not open"))) << status.toStdString();
+    EXPECT_TRUE(status.contains(QStringLiteral("9600,q,8,1"))) << status.toStdString();
+    EXPECT_TRUE(status.contains(QStringLiteral("Com4 (rotator) not open"))) << status.toStdString();
+    EXPECT_TRUE(status.contains(QStringLiteral("busy"))) << status.toStdString();
+    EXPECT_TRUE(f.child<QLabel>("lblCom1")->toolTip().contains(QStringLiteral("no such port")));
+
+    // everything else works: the sensor is asked and read
+    ASSERT_TRUE(f.sensor.write(sensorReply(400, 12)));
+    ASSERT_TRUE(f.waitForBytes(3));
+    QTest::qWait(30);
+    f.form->tick();
+    EXPECT_EQ(f.child<QLabel>("Label31")->text(), QStringLiteral("Temp = 12"));
+}
+
+TEST(Form1, ActivationShowsThePortNumbers)
+{
+    Form1Fixture f;
+    f.writeConfig([](SettingsTable& t) {
+        t.setText(Setting::Com2Port, QStringLiteral("/dev/kestrel-none"));
+        t.setInt16(Setting::Com1Used, 0);
+        t.setText(Setting::Com1Port, QStringLiteral("10"));
+    });
+    f.start();
+    QSignalSpy activated(f.form.get(), &Form1::activated);
+    f.form->activate();
+    EXPECT_EQ(activated.count(), 1);
+    EXPECT_EQ(f.child<QLabel>("lblCom1")->text(), QStringLiteral("Com1 PortNr: 10 "));
+    EXPECT_EQ(f.child<QLabel>("lblCom2")->text(), QStringLiteral("Com2 PortNr: /dev/kestrel-none "));
+    EXPECT_EQ(
+        f.child<QLabel>("lblCom4")->text(), QStringLiteral("Com4 PortNr: ") + f.rotator.slavePath() + " ");
+    EXPECT_EQ(lampState(f, "lblCom1"), QStringLiteral("off"));
+    EXPECT_EQ(f.form->portNumber(1), QStringLiteral("10"));
+}
+
+TEST(Form1, AMenuEntryOpenedTwiceShowsOneInstance)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
+    int made = 0;
+    f.form->registerWindow(QStringLiteral("mnuQSL"), [&](QWidget* parent) {
+        ++made;
+        auto* w = new QWidget(parent);
+        w->setObjectName(QStringLiteral("Form6"));
+        return w;
+    });
+    f.form->load();
+    f.form->timer().stop();
+
+    QAction* entry = f.child<QAction>("mnuQSL");
+    ASSERT_NE(entry, nullptr);
+    entry->trigger();
+    QWidget* first = f.form->windowInstance(QStringLiteral("mnuQSL"));
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_TRUE(first->isWindow());
+    first->close();
+    entry->trigger();
+    EXPECT_EQ(f.form->windowInstance(QStringLiteral("mnuQSL")), first);
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_EQ(made, 1);
+
+    // a window nobody has built yet is an empty placeholder, also made once
+    for (const char* name : { "mnuARLog", "mnuGPS", "mnuInitial", "mnuPacket" })
+        ASSERT_NE(f.child<QAction>(name), nullptr) << name;
+    f.child<QAction>("mnuGPS")->trigger();
+    QWidget* gps = f.form->windowInstance(QStringLiteral("mnuGPS"));
+    ASSERT_NE(gps, nullptr);
+    EXPECT_EQ(gps->windowTitle(), QStringLiteral("GPS"));
+    f.child<QAction>("mnuGPS")->trigger();
+    EXPECT_EQ(f.form->windowInstance(QStringLiteral("mnuGPS")), gps);
+}
+
+TEST(Form1, TheLogbookWindowObjectIsMadeAtStartWithoutShowing)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
+    f.form->registerWindow(QStringLiteral("mnuARLog"), [&](QWidget* parent) {
+        f.station.dbConnection = QStringLiteral("set by the logbook");
+        return new QWidget(parent);
+    });
+    f.form->load();
+    EXPECT_EQ(f.station.dbConnection, QStringLiteral("set by the logbook"));
+    ASSERT_NE(f.form->windowInstance(QStringLiteral("mnuARLog")), nullptr);
+    EXPECT_FALSE(f.form->windowInstance(QStringLiteral("mnuARLog"))->isVisible());
+    EXPECT_EQ(f.form->windowInstance(QStringLiteral("mnuGPS")), nullptr);
+}
+
+TEST(Form1, ClosingSavesTheSettingsAlthoughNothingChanged)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.start();
+    QFile::remove(f.dir.file(QStringLiteral("Kestrel.txt")));
+    QSignalSpy query(f.form.get(), &Form1::queryUnload);
+    QSignalSpy back(f.form.get(), &Form1::writingBack);
+    QSignalSpy gone(f.form.get(), &Form1::unloaded);
+    f.form->close();
+    EXPECT_EQ(query.count(), 1);
+    EXPECT_EQ(back.count(), 1);
+    EXPECT_EQ(gone.count(), 1);
+    const QList<QByteArray> lines = f.configLines();
+    ASSERT_EQ(lines.size(), 47);
+    EXPECT_EQ(lines[5], QByteArray("\"N0CALL\""));
+    EXPECT_EQ(lines[6], QByteArray("\"JN48TH\""));
+    EXPECT_EQ(lines[19], QByteArray("\"3640\""));
+    for (int n = 1; n <= 4; ++n)
+        EXPECT_FALSE(f.form->isPortOpen(n)) << n;
+    EXPECT_FALSE(f.form->timer().isActive());
+}
+
+TEST(Form1, PanelWritesItsStateBeforeTheSave)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.start();
+    auto* panel = new QLabel(QStringLiteral("keyer"));
+    f.form->placePanel(Form1::Area::Keyer, panel);
+    EXPECT_EQ(panel->parentWidget(), f.child<QGroupBox>("keyerBox"));
+    EXPECT_EQ(f.child<QGroupBox>("keyerBox")->findChild<QWidget*>(QStringLiteral("placeholder")), nullptr);
+    QObject::connect(f.form.get(), &Form1::writingBack,
+        [&] { f.station.settings.setText(Setting::CwText1, QStringLiteral("vvv de n0call")); });
+    f.form->close();
+    EXPECT_EQ(f.configLines()[3], QByteArray("\"vvv de n0call\""));
+}
+
+TEST(Form1, TheAreasOfTheStationPanelExist)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.start();
+    for (const char* box : { "rigBox", "rotatorBox", "keyerBox", "spectrumBox", "beaconBox", "sensorBox" })
+        EXPECT_NE(f.child<QGroupBox>(box), nullptr) << box;
+    EXPECT_EQ(f.form->areaBox(Form1::Area::Rotator), f.child<QGroupBox>("rotatorBox"));
+    EXPECT_TRUE(f.child<QGroupBox>("rotatorBox")->isAncestorOf(f.child<QWidget>("Picture1")));
+    EXPECT_TRUE(f.child<QGroupBox>("rotatorBox")->isAncestorOf(f.child<QLineEdit>("Locator")));
+}
+
+TEST(Form1, LocatorBoxShowsBearingAndDistance)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.start();
+    f.form->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(f.form.get()));
+    auto* locator = f.child<QLineEdit>("Locator");
+    locator->setFocus();
+    QTest::keyClicks(locator, QStringLiteral("JO31"));
+    QTest::keyClick(locator, Qt::Key_Return);
+
+    EXPECT_EQ(locator->text(), QStringLiteral("JO31HH"));
+    const BearingOutcome expected = ShowBearingAndDistance(f.station, QStringLiteral("JO31HH"));
+    EXPECT_EQ(f.child<QLineEdit>("Richtung")->text(), expected.line);
+    EXPECT_TRUE(expected.line.startsWith(QStringLiteral("JN48TH -> JO31HH QTF: ")));
+    EXPECT_EQ(f.child<QLineEdit>("Text160")->text(), QString::number(expected.wholeDegrees));
+    // Enter hands on to the azimuth box; the operation itself gives the focus back
+    EXPECT_EQ(QApplication::focusWidget(), f.child<QLineEdit>("Text160"));
+    EXPECT_TRUE(f.form->showBearingAndDistance());
+    EXPECT_EQ(QApplication::focusWidget(), locator);
+    EXPECT_TRUE(f.prompts.shown.isEmpty());
+}
+
+TEST(Form1, AnInvalidLocatorLeavesTheResultLine)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.start();
+    f.form->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(f.form.get()));
+    auto* locator = f.child<QLineEdit>("Locator");
+    locator->setText(QStringLiteral("JO62QM"));
+    ASSERT_TRUE(f.form->showBearingAndDistance());
+    const QString line = f.child<QLineEdit>("Richtung")->text();
+    const QString degrees = f.child<QLineEdit>("Text160")->text();
+
+    // lower case is upper-cased before the check; a field letter beyond R is not
+    locator->setText(QStringLiteral("JS31"));
+    locator->setFocus();
+    QTest::keyClick(locator, Qt::Key_Return);
+    EXPECT_EQ(f.prompts.shown, QStringList { QStringLiteral("Invalid Gridlocator:") });
+    EXPECT_EQ(locator->text(), QStringLiteral("JS31HH"));
+    EXPECT_EQ(f.child<QLineEdit>("Richtung")->text(), line);
+    EXPECT_EQ(f.child<QLineEdit>("Text160")->text(), degrees);
+    EXPECT_EQ(QApplication::focusWidget(), locator);
+}
+
+namespace {
+
+// Answers one HTTP request with `body` and remembers the request line.
+class PageServer : public QTcpServer {
+public:
+    explicit PageServer(QByteArray body, bool hangUp = false)
+        : body_(std::move(body))
+        , hangUp_(hangUp)
+    {
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket* s = nextPendingConnection();
+            connect(s, &QTcpSocket::readyRead, s, [this, s] {
+                request += s->readAll();
+                if (!request.contains("\r\n\r\n"))
+                    return;
+                if (!hangUp_)
+                    s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: "
+                        + QByteArray::number(body_.size()) + "\r\nConnection: close\r\n\r\n" + body_);
+                s->disconnectFromHost();
+            });
+        });
+        listen(QHostAddress::LocalHost, 0);
+    }
+    QByteArray request;
+
+private:
+    QByteArray body_;
+    bool hangUp_;
+};
+
+} // namespace
+
+TEST(Form1, WeatherLineComesFromTheSummaryPage)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    PageServer server("<table><tr><td>Outside Humidity</td><td>85%</td></tr>"
+                      "<tr><td>Dew Point</td><td>10.2&nbsp;C</td></tr>"
+                      "<tr><td>Barometer</td><td>1013.2 hPa</td></tr>"
+                      "<tr><td>Average Wind Speed</td><td>3 km/h</td></tr></table>");
+    ASSERT_TRUE(server.isListening());
+    ExtensionSettings::setValue(ExtensionKey::WeatherUrl,
+        QStringLiteral("http://127.0.0.1:%1/station/summary.htm").arg(server.serverPort()));
+    f.start();
+    auto* label = f.child<QLabel>("Label28");
+    EXPECT_EQ(label->text(), QStringLiteral("Weather: fetching ...")); // start-up did not wait
+    QTRY_COMPARE_WITH_TIMEOUT(label->text(), QStringLiteral("85% : 10.2 C : 1013.2 hPa : 3 km/h"), 5000);
+    EXPECT_TRUE(server.request.startsWith("GET /station/summary.htm?view=summary&headers=0 HTTP/1.1"))
+        << server.request.constData();
+}
+
+TEST(Form1, WeatherLineWithoutAddressOrPage)
+{
+    {
+        Form1Fixture f;
+        f.writeConfig();
+        f.start();
+        EXPECT_EQ(f.child<QLabel>("Label28")->text(), QStringLiteral("Weather: no address set"));
+    }
+    Form1Fixture f;
+    f.writeConfig();
+    PageServer server("", true);
+    ExtensionSettings::setValue(
+        ExtensionKey::WeatherUrl, QStringLiteral("http://127.0.0.1:%1/").arg(server.serverPort()));
+    f.start();
+    QTRY_VERIFY_WITH_TIMEOUT(
+        f.child<QLabel>("Label28")->text().startsWith(QStringLiteral("Weather: not available")), 5000);
+    EXPECT_TRUE(f.prompts.shown.isEmpty());
+}
