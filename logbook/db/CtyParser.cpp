@@ -135,3 +135,12 @@ QString CtyParser::entityFor(const QList<CtyEntity>& entities, const QString& ca
 {
     return PrefixIndex(entities, true).lookup(callsign);
 }
+
+QStringList CtyParser::entitiesFor(const QList<CtyEntity>& entities, const QStringList& callsigns)
+{
+    const PrefixIndex index(entities, true);
+    QStringList out;
+    for (const QString& c : callsigns)
+        out << index.lookup(c);
+    return out;
+}

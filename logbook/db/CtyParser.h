@@ -36,4 +36,5 @@ public:
     // The entity the rows give for a callsign (the reference the lookup must agree with):
     // the exact call, else the longest matching prefix; empty if none.
     static QString entityFor(const QList<CtyEntity>& entities, const QString& callsign);
+    static QStringList entitiesFor(const QList<CtyEntity>& entities, const QStringList& callsigns);
 };

@@ -1,0 +1,277 @@
+// Logbook database on a generated log of 100 000 contacts over the 21 bands: opening the log
+// list with band filter and sort, callsign-prefix search, DXCC lookup, saving one contact,
+// and the memory of the whole list. Each figure is the median of repeated runs; the list load
+// is also given against a reference in the same run (the same rows read through QSqlQuery).
+#include "logbook/db/DatabaseFile.h"
+#include "logbook/db/DbConnection.h"
+#include "logbook/db/LogDate.h"
+#include "logbook/db/Recordset.h"
+#include "logbook/db/SqlText.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+namespace {
+
+const char* const BandPatterns[]
+    = { "1840%", "3600%", "7050%", "10140", "14200%", "18110%", "21150%", "24950%", "28400%", "50%", "144%",
+          "432%", "1296%", "2320%", "34%", "5760%", "10368%", "24048%", "47088%", "76032%", "122250%" };
+const char* const Prefixes[] = { "DL", "DK", "DJ", "G", "M0", "F", "ON", "PA", "OK", "OM", "SP", "HA", "OE",
+    "HB9", "I", "IK", "S5", "9A", "YU", "LZ", "YO", "SM", "OH", "LA", "OZ", "EA", "CT", "EI", "GM", "GW", "K",
+    "W", "N", "VE", "JA", "VK", "ZL", "UA", "UR", "LY" };
+
+double medianMs(int runs, const std::function<void()>& action)
+{
+    std::vector<double> t;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        action();
+        t.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(t.begin(), t.end());
+    return t[t.size() / 2];
+}
+
+long statusKb(const char* key)
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : f.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.mid(int(qstrlen(key))).trimmed().split(' ').first().toLong();
+    }
+    return -1;
+}
+
+QString randomCall(QRandomGenerator& rng)
+{
+    QString call = QString::fromLatin1(Prefixes[rng.bounded(int(std::size(Prefixes)))]);
+    call += QString::number(rng.bounded(10));
+    const int letters = 2 + rng.bounded(2);
+    for (int i = 0; i < letters; ++i)
+        call += QChar(u'A' + rng.bounded(26));
+    return call;
+}
+
+QString randomGrid(QRandomGenerator& rng)
+{
+    QString g;
+    g += QChar(u'I' + rng.bounded(4));
+    g += QChar(u'L' + rng.bounded(4));
+    g += QString::number(rng.bounded(10));
+    g += QString::number(rng.bounded(10));
+    g += QChar(u'A' + rng.bounded(24));
+    g += QChar(u'A' + rng.bounded(24));
+    return g;
+}
+
+// 100 000 contacts in the order they were made, over 20 years, bands uniform.
+void generateLog(const QString& path, int count)
+{
+    QRandomGenerator rng(4711);
+    QVariantList date, gmt, call, grid, rsts, rstr, band, mode, nam, qsl, prop, qrb, qtf, comment, dxcc,
+        gedata, gegrid;
+    const QDate start(2006, 1, 1);
+    for (int i = 0; i < count; ++i) {
+        const QDate d = start.addDays(qint64(i) * 7300 / count);
+        QString b = QString::fromLatin1(BandPatterns[rng.bounded(21)]);
+        if (b.endsWith(QLatin1Char('%')))
+            b.chop(1);
+        const QString c = randomCall(rng);
+        const QString g = randomGrid(rng);
+        const int km = 50 + rng.bounded(2000);
+        const int deg = rng.bounded(360);
+        date << LogDate::toStored(d.toString(LogDate::DisplayFormat));
+        gmt << QStringLiteral("%1:%2:00")
+                   .arg(rng.bounded(24), 2, 10, QLatin1Char('0'))
+                   .arg(rng.bounded(60), 2, 10, QLatin1Char('0'));
+        call << c;
+        grid << g;
+        rsts << QStringLiteral("59");
+        rstr << QStringLiteral("57");
+        band << b;
+        mode << QStringLiteral("SSB");
+        nam << QStringLiteral("Hans");
+        qsl << (rng.bounded(3) == 0 ? QStringLiteral("Q") : QStringLiteral("Y"));
+        prop << QStringLiteral("Tr");
+        qrb << double(km);
+        qtf << double(deg);
+        comment << QStringLiteral("tnx");
+        dxcc << QStringLiteral("Germany");
+        gedata << QStringLiteral(
+            "Log: %1 %2 kHz  %3 12:00 rsts:59 rstr:57 QRB:%4km  QTF:%5 QSL: Y Prop:Tr tnx")
+                      .arg(c, b, d.toString(LogDate::DisplayFormat))
+                      .arg(km)
+                      .arg(deg);
+        gegrid << QStringLiteral("13.375,52.5");
+    }
+    DbConnection c(path);
+    c.begin();
+    QSqlQuery q(c.database());
+    q.prepare(QStringLiteral(
+        "INSERT INTO logtab (Date, GMT, Callsign, Grid, rsts, rstr, Band, mode, Nam, QSL, Prop, "
+        "QRB, QTF, Comment, DXCC, GEdata, GEgridXY) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+    for (const QVariantList& col : { date, gmt, call, grid, rsts, rstr, band, mode, nam, qsl, prop, qrb, qtf,
+             comment, dxcc, gedata, gegrid })
+        q.addBindValue(col);
+    if (!q.execBatch())
+        std::printf("generating the log failed\n");
+    c.commit();
+}
+
+void row(const char* what, double ms, const char* target)
+{
+    std::printf("  %-58s %9.3f ms   %s\n", what, ms, target);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("backup.db"));
+    const int contacts = 100000;
+
+    std::printf("Logbook database, %d generated contacts over 21 bands (SQLite, WAL)\n\n", contacts);
+    QElapsedTimer t;
+    t.start();
+    DbError error;
+    if (!DatabaseFile::create(path, &error)) {
+        std::printf("cannot create the database: %s\n", qPrintable(error.text()));
+        return 1;
+    }
+    row("new database file with schema and seed data", double(t.nsecsElapsed()) / 1e6, "");
+    t.restart();
+    generateLog(path, contacts);
+    row("generating and storing the log (one transaction)", double(t.nsecsElapsed()) / 1e6, "");
+    std::printf("\n");
+
+    // Log list: SELECT * FROM logtab, sort "date  desc ", filter " band like '144%'".
+    int listed = 0;
+    const double list = medianMs(21, [&] {
+        static int b = 0;
+        Recordset rs(path);
+        rs.open(SqlText::LogList);
+        rs.setSort(SqlText::LogListSort);
+        rs.setFilter(SqlText::logListFilter(QString::fromLatin1(BandPatterns[(b++ % 20) + 1])));
+        listed = rs.recordCount();
+        rs.first();
+        (void)rs.text(QStringLiteral("Callsign"));
+    });
+    char label[128];
+    std::snprintf(label, sizeof label, "log list, band filter and sort (~%d rows)", listed);
+    row(label, list, "target < 50 ms");
+
+    const double reference = medianMs(21, [&] {
+        static int b = 0;
+        DbConnection c(path);
+        QSqlQuery q(c.database());
+        q.setForwardOnly(true);
+        Recordset shape(path);
+        shape.setFilter(SqlText::logListFilter(QString::fromLatin1(BandPatterns[(b++ % 20) + 1])));
+        shape.setSort(SqlText::LogListSort);
+        shape.open(SqlText::LogList);
+        q.exec(shape.plainSql());
+        std::vector<QVariant> cells;
+        while (q.next()) {
+            const int n = q.record().count();
+            for (int i = 0; i < n; ++i)
+                cells.push_back(q.value(i));
+        }
+    });
+    std::snprintf(label, sizeof label, "  reference: the same rows as QVariants via QSqlQuery");
+    row(label, reference, "");
+    std::printf("  %-58s %9.2f x\n", "  list load against the reference", list / reference);
+
+    int found = 0;
+    const double search = medianMs(21, [&] {
+        static int i = 0;
+        const QString prefix
+            = QString::fromLatin1(Prefixes[i++ % 40]) + QString::number(i % 10) + QLatin1Char('A');
+        Recordset rs(path);
+        rs.open(SqlText::searchByCallsign(prefix));
+        found = rs.recordCount();
+    });
+    std::snprintf(label, sizeof label, "callsign-prefix search, e.g. \"DL1A\" (~%d rows)", found);
+    row(label, search, "target < 20 ms");
+
+    const double searchBand = medianMs(21, [&] {
+        Recordset rs(path);
+        rs.setFilter(SqlText::logListFilter(QStringLiteral("144%")));
+        rs.open(SqlText::searchByCallsign(QStringLiteral("DL")));
+        found = rs.recordCount();
+    });
+    std::snprintf(label, sizeof label, "callsign-prefix search \"DL\" on 144 MHz (%d rows)", found);
+    row(label, searchBand, "target < 20 ms");
+
+    const QStringList calls = { QStringLiteral("DL1ABC"), QStringLiteral("KH6ABC"), QStringLiteral("VK9XX"),
+        QStringLiteral("EA8ZZ"), QStringLiteral("JA1XYZ"), QStringLiteral("ZL2AB"), QStringLiteral("4U1UN"),
+        QStringLiteral("OH0XX"), QStringLiteral("W1AW") };
+    QString entity;
+    const double dxcc = medianMs(201, [&] {
+        static int i = 0;
+        Recordset rs(path);
+        rs.open(SqlText::dxccLookup(calls[i++ % calls.size()]));
+        entity = rs.text(2);
+        for (bool more = !rs.atEnd(); more; more = rs.next()) {
+            const QString code = rs.text(1);
+            if (code.endsWith(QLatin1Char('*'))) {
+                rs.setValue(1, code.left(code.size() - 1) + QLatin1Char('%'));
+                rs.update();
+            }
+        }
+    });
+    row("DXCC lookup of one callsign (whole lookup procedure)", dxcc, "target < 2 ms");
+
+    const double save = medianMs(51, [&] {
+        Recordset rs(path);
+        rs.open(SqlText::LogList);
+        rs.addNew();
+        const QStringList names = { QStringLiteral("Date"), QStringLiteral("GMT"), QStringLiteral("Callsign"),
+            QStringLiteral("Grid"), QStringLiteral("rsts"), QStringLiteral("rstr"), QStringLiteral("Band"),
+            QStringLiteral("mode"), QStringLiteral("Nam"), QStringLiteral("Comment"), QStringLiteral("QSL"),
+            QStringLiteral("Prop"), QStringLiteral("DXCC"), QStringLiteral("GEdata"),
+            QStringLiteral("GEgridXY") };
+        for (const QString& n : names)
+            rs.setValue(n, QStringLiteral("x"));
+        rs.setValue(QStringLiteral("QRB"), 512.0);
+        rs.setValue(QStringLiteral("QTF"), 87.0);
+        if (!rs.update())
+            std::printf("save failed: %s\n", qPrintable(rs.errorText()));
+    });
+    row("saving one contact (open, add new, 17 fields, update)", save, "target < 10 ms");
+
+    // The whole log in one recordset: time and memory.
+    const long rssBefore = statusKb("VmRSS:");
+    t.restart();
+    Recordset all(path);
+    all.open(SqlText::LogList);
+    all.setSort(SqlText::LogListSort);
+    const int total = all.recordCount();
+    const double allMs = double(t.nsecsElapsed()) / 1e6;
+    const long rssAfter = statusKb("VmRSS:");
+    std::printf("\n");
+    std::snprintf(label, sizeof label, "whole log sorted, no filter (%d rows)", total);
+    row(label, allMs, "");
+    std::printf("  %-58s %9.1f MB\n", "  rows held by the recordset", double(all.memoryUse()) / 1048576.0);
+    std::printf("  %-58s %9.1f MB   target < 100 MB\n", "  process memory growth while it is open",
+        double(rssAfter - rssBefore) / 1024.0);
+    std::printf(
+        "  %-58s %9.1f MB\n", "  peak resident memory of the process", double(statusKb("VmHWM:")) / 1024.0);
+    std::printf("  %-58s %s\n", "  DXCC entity found for the last callsign", qPrintable(entity));
+    return 0;
+}
