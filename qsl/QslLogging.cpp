@@ -1,0 +1,3 @@
+#include "qsl/QslLogging.h"
+
+Q_LOGGING_CATEGORY(lcQsl, "kestrel.qsl")
