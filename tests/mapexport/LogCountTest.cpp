@@ -1,0 +1,115 @@
+#include "mapexport/LogCount.h"
+#include "mapexport/LogMapFields.h"
+#include "tests/mapexport/LogDb.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+const QString ring48 = "8.0,48.0,2000 10.0,48.0,2000 10.0,49.0,2000 8.0,49.0,2000 8.0,48.0,2000 ";
+}
+
+TEST(LogCount, SquaresInLocatorOrderShowRunsAndOutlineFirstOfEach)
+{
+    LogDb db;
+    // Entered out of order: the query sorts them JN48AA, JN48BB, JN49, JO50AA.
+    ASSERT_TRUE(db.add({ { "JO50AA" }, { "JN48BB", "144", "", "", "", "", "kept" }, { "JN49" }, { "JN48AA" },
+        { "", "144" }, { "JN47", "432" } }));
+    LogMapFields f;
+    EXPECT_EQ(SQNr(db.station, f, "144%", ""), LogCount::State::Done);
+    EXPECT_EQ(f.sqw, "3");
+    const QStringList p = db.polys();
+    EXPECT_TRUE(p[0].startsWith("10.0,50.0,2000 12.0,50.0,2000 ")) << p[0].toStdString(); // JO50
+    EXPECT_EQ(p[1], "kept"); // the second JN48 in locator order keeps what it held
+    EXPECT_TRUE(p[2].startsWith("8.0,49.0,2000 ")); // JN49
+    EXPECT_EQ(p[3], ring48); // JN48AA sorts first in its square
+    EXPECT_EQ(p[4], ""); // no locator: not selected
+    EXPECT_EQ(p[5], ""); // another band
+    EXPECT_FALSE(db.station.homeCoords.isEmpty());
+    EXPECT_TRUE(db.prompts.shown.isEmpty());
+}
+
+TEST(LogCount, CaseMattersAndConfirmedCountsLikeQ)
+{
+    LogDb db;
+    ASSERT_TRUE(db.add({ { "JN48", "144", "Q" }, { "jn48", "144", "q" }, { "JN49", "144", "D" } }));
+    LogMapFields f;
+    SQNr(db.station, f, "144%", "");
+    EXPECT_EQ(f.sqw, "3"); // JN48, jn48 (two squares), JN49
+    EXPECT_EQ(SQNQr(db.station, f, "144%", ""), LogCount::State::Done);
+    EXPECT_EQ(f.sqc, "2");
+    // The outline of jn48 is stored too, upper-cased for the conversion.
+    EXPECT_EQ(db.polys()[1], ring48);
+}
+
+TEST(LogCount, EntityCountsHaveNoOffByOne)
+{
+    LogDb db;
+    ASSERT_TRUE(db.add({ { "JN48", "144", "Q", "", "", "Germany" }, { "JN49", "144", "", "", "", "Germany" },
+        { "JN58", "144", "Q", "", "", "Austria" }, { "JO60", "144", "", "", "", "Czech Republic" },
+        { "JO60", "432", "Q", "", "", "Poland" }, { "JO61", "144", "Q", "", "", "" } }));
+    LogMapFields f;
+    EXPECT_EQ(DXNr(db.station, f, "144%", ""), LogCount::State::Done);
+    EXPECT_EQ(f.dxw, "3");
+    EXPECT_EQ(DXNQr(db.station, f, "144%", ""), LogCount::State::Done);
+    EXPECT_EQ(f.dxc, "2");
+    EXPECT_EQ(DXNr(db.station, f, "", ""), LogCount::State::Done); // all bands
+    EXPECT_EQ(f.dxw, "4");
+    EXPECT_EQ(db.polys(), QStringList(6, QString())); // entity counts store nothing
+}
+
+TEST(LogCount, EmptySelectionAndSearchTextLeaveTheLabel)
+{
+    LogDb db;
+    ASSERT_TRUE(db.add({ { "JN48", "432" } }));
+    LogMapFields f;
+    f.sqw = "7";
+    f.dxw = "5";
+    EXPECT_EQ(SQNr(db.station, f, "144%", ""), LogCount::State::Empty);
+    EXPECT_EQ(f.sqw, "7");
+    EXPECT_EQ(SQNr(db.station, f, "432%", "DL"), LogCount::State::Skipped);
+    EXPECT_EQ(f.sqw, "7");
+    EXPECT_EQ(DXNr(db.station, f, "432%", ""), LogCount::State::Empty); // no DXCC on it
+    EXPECT_EQ(f.dxw, "5");
+    EXPECT_EQ(SQNr(db.station, f, "432%", ""), LogCount::State::Done);
+    EXPECT_EQ(f.sqw, "1");
+}
+
+TEST(LogCount, TenMegahertzPatternMatchesOnlyItsExactText)
+{
+    LogDb db;
+    ASSERT_TRUE(db.add({ { "JN48", "10140" }, { "JN49", "101400" }, { "JN58", "1014" } }));
+    LogMapFields f;
+    SQNr(db.station, f, "10140", "");
+    EXPECT_EQ(f.sqw, "1");
+}
+
+TEST(LogCount, DatabaseTroubleGivesAMessageNamingTheProcedure)
+{
+    LogDb db;
+    db.station.dbConnection = db.dir.file("nowhere/backup.db");
+    LogMapFields f;
+    f.sqw = "4";
+    EXPECT_EQ(SQNr(db.station, f, "144%", ""), LogCount::State::Failed);
+    ASSERT_EQ(db.prompts.shown.size(), 1);
+    EXPECT_TRUE(db.prompts.shown[0].startsWith("Error 3024 ("));
+    EXPECT_TRUE(db.prompts.shown[0].endsWith(") in procedure SQNr of Formular form5"));
+    EXPECT_EQ(f.sqw, "4");
+}
+
+TEST(LogCount, ProgressCanStopACountWithoutTouchingTheLabel)
+{
+    LogDb db;
+    ASSERT_TRUE(db.add({ { "JN48" }, { "JN49" } }));
+    LogMapFields f;
+    int calls = 0;
+    const auto stop = [&calls](const QString& stage, qint64 done, qint64 total) {
+        EXPECT_EQ(stage, "Counting worked squares");
+        EXPECT_EQ(done, 0);
+        EXPECT_EQ(total, 2);
+        return ++calls > 1 && false;
+    };
+    EXPECT_EQ(SQNr(db.station, f, "144%", "", stop), LogCount::State::Cancelled);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(f.sqw, "");
+    EXPECT_EQ(db.polys(), QStringList(2, QString()));
+}
