@@ -1,0 +1,161 @@
+// The rig panel on the offscreen platform, driven by objectName, its ports on pseudo-terminals.
+#include "ui/rig/RigPanel.h"
+#include "devices/rig/CatCodec.h"
+#include "devices/rig/RigController.h"
+#include "tests/devices/StationRig.h"
+#include "tests/support/TempDir.h"
+#include "ui/rig/BackColour.h"
+#include "ui/widgets/OptionGroup.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+struct RigPanelRig : StationRig {
+    TempDir dir;
+    std::unique_ptr<RigPanel> panel;
+
+    explicit RigPanelRig(bool openPorts = true)
+    {
+        station.settings.setInt32(Setting::RigFrequency, 144000);
+        station.settings.setInt16(Setting::MainState, 1);
+        if (openPorts) {
+            open(1);
+            open(2);
+        }
+        panel = std::make_unique<RigPanel>(station, ports);
+        panel->restoreFromSettings();
+        panel->show();
+    }
+    template <typename T> T* child(const char* name)
+    {
+        return panel->findChild<T*>(QString::fromLatin1(name));
+    }
+    void clickOption(const char* group, int index) { child<OptionGroup>(group)->button(index)->click(); }
+    QString shown() { return child<QLabel>("formatFre")->text(); }
+};
+} // namespace
+
+TEST(RigPanel, ControlsCarryTheirNamesAndCaptions)
+{
+    RigPanelRig r;
+    auto* ft847 = r.child<OptionGroup>("OptFT847");
+    ASSERT_NE(ft847, nullptr);
+    EXPECT_EQ(ft847->title(), QString("FT847"));
+    EXPECT_EQ(ft847->captions(), (QStringList { "100", "200", "900", "CW", "SSB" }));
+    EXPECT_EQ(r.child<OptionGroup>("OptBandV")->captions(), (QStringList { "50 MHz", "144 MHz", "432 MHz" }));
+    EXPECT_EQ(r.child<OptionGroup>("OptBandR")->captions(),
+        (QStringList { "1296", "2320", "3400", "5760", "10368", "24048", "47088", "76032", "122G" }));
+    EXPECT_EQ(r.child<OptionGroup>("OptQRG")->title(), QString("QRG"));
+    EXPECT_EQ(
+        r.child<OptionGroup>("OptQRG")->captions(), (QStringList { "0.1kHz", "1kHz", "10kHz", "100kHz" }));
+    EXPECT_EQ(r.child<QPushButton>("FreqUp")->text(), QString("QRG up"));
+    EXPECT_EQ(r.child<QPushButton>("FreqDwn")->text(), QString("QRG dn"));
+    EXPECT_EQ(r.child<QPushButton>("TxRx")->text(), QString("TRX"));
+    EXPECT_TRUE(r.child<QPushButton>("TxRx")->isCheckable());
+    EXPECT_EQ(r.shown(), QString("144"));
+    EXPECT_EQ(r.child<OptionGroup>("OptBandV")->value(), 2);
+}
+
+TEST(RigPanel, PresetWithCom1ClosedTurnsTheLampRedAndSendsNothing)
+{
+    RigPanelRig r(false);
+    r.station.settings.setText(Setting::Com1Port, "10");
+    QLabel lamp;
+    r.panel->setCom1Lamp(&lamp);
+    r.clickOption("OptFT847", 1);
+    EXPECT_EQ(r.prompts.shown, QStringList { "Com1(10) not Open" });
+    EXPECT_EQ(BackColour::of(&lamp), 255);
+    EXPECT_EQ(r.pty[1].readFor(100), QByteArray());
+}
+
+TEST(RigPanel, PresetClickSendsItsCell)
+{
+    RigPanelRig r;
+    r.clickOption("OptFT847", 2);
+    EXPECT_EQ(r.received(1, 10).toHex(' '), QByteArray("01 00 00 00 07 14 42 00 00 01"));
+    EXPECT_EQ(r.received(2, 8), QByteArray("14420000"));
+    r.clickOption("OptFT847", 2); // the option already chosen sends again
+    EXPECT_EQ(r.received(1, 10).size(), 10);
+}
+
+TEST(RigPanel, BandPresetsAfterTheFirstClick)
+{
+    RigPanelRig r;
+    r.clickOption("OptBandV", 3);
+    EXPECT_EQ(r.shown(), QString("144")); // the first click keeps the frequency
+    EXPECT_EQ(r.received(1, 5).toHex(' '), QByteArray("14 40 00 00 01"));
+    r.clickOption("OptBandV", 3);
+    EXPECT_EQ(r.shown(), QString("432.2"));
+    EXPECT_EQ(r.received(1, 5).toHex(' '), QByteArray("43 22 00 00 01"));
+    r.clickOption("OptBandV", 1);
+    EXPECT_EQ(r.shown(), QString("50.2"));
+    EXPECT_EQ(r.received(1, 5).toHex(' '), QByteArray("05 02 00 00 01"));
+    r.clickOption("OptBandR", 5);
+    EXPECT_EQ(r.panel->controller().microwaveBand(), 5);
+}
+
+TEST(RigPanel, HoldingQrgUpTunesUntilTheMouseIsUp)
+{
+    RigPanelRig r;
+    r.clickOption("OptQRG", 4);
+    auto* up = r.child<QPushButton>("FreqUp");
+    QTest::mousePress(up, Qt::LeftButton);
+    EXPECT_TRUE(r.station.hold);
+    QTest::qWait(150);
+    QTest::mouseRelease(up, Qt::LeftButton);
+    EXPECT_FALSE(r.station.hold);
+    QTest::qWait(100);
+    const qint64 passes = r.panel->controller().passes();
+    EXPECT_GE(passes, 2);
+    const qint64 counter = 14400000 + 1000 * passes; // 10 kHz of real frequency a pass
+    EXPECT_EQ(r.panel->controller().counter(), counter);
+    EXPECT_EQ(r.shown(), Cat::megahertzText(counter));
+    const QByteArray com1 = r.received(1, 5 * passes);
+    EXPECT_EQ(com1.size(), 5 * passes);
+    // the rig got the frequency before the last step
+    EXPECT_EQ(com1.right(5), Cat::frequencyCommand(QString::number(counter - 1000), 8));
+    QTest::qWait(100);
+    EXPECT_EQ(r.panel->controller().passes(), passes);
+}
+
+TEST(RigPanel, PushToTalkBytesAndColours)
+{
+    RigPanelRig r;
+    auto* trx = r.child<QPushButton>("TxRx");
+    trx->click();
+    EXPECT_EQ(r.received(1, 5).toHex(' '), QByteArray("00 00 00 00 08"));
+    EXPECT_EQ(BackColour::of(trx), 255);
+    trx->click();
+    EXPECT_EQ(r.received(1, 5).toHex(' '), QByteArray("00 00 00 00 88"));
+    EXPECT_EQ(BackColour::of(trx), 65280);
+    r.panel->controller().setPtt(true); // the keyer presses it
+    EXPECT_TRUE(trx->isChecked());
+    EXPECT_EQ(BackColour::of(trx), 255);
+    EXPECT_EQ(r.received(1, 5).toHex(' '), QByteArray("00 00 00 00 08"));
+}
+
+TEST(RigPanel, SettingsRoundTrip)
+{
+    RigPanelRig r;
+    r.station.settings.setInt32(Setting::RigFrequency, 50200);
+    r.station.settings.setInt16(Setting::MainState, 3);
+    r.panel->restoreFromSettings();
+    EXPECT_EQ(r.shown(), QString("50.2"));
+    EXPECT_EQ(r.child<OptionGroup>("OptBandV")->value(), 1);
+    EXPECT_EQ(r.child<OptionGroup>("OptQRG")->value(), 3);
+    EXPECT_EQ(r.station.frequencyText, QString("5020000"));
+    r.clickOption("OptQRG", 2);
+    r.clickOption("OptBandR", 7);
+    r.panel->controller().setCounter(14430000);
+    r.panel->writeToSettings();
+    EXPECT_EQ(r.station.settings.intAt(Setting::RigFrequency), 144300);
+    EXPECT_EQ(r.station.settings.intAt(Setting::MainState), 2);
+
+    RigPanel again(r.station, r.ports);
+    again.restoreFromSettings();
+    EXPECT_EQ(again.findChild<OptionGroup*>("OptBandR")->value(), 7);
+}

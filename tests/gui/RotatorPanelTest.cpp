@@ -1,0 +1,185 @@
+// The rotator panel alone and inside the main window: Enter in the azimuth box, the buttons,
+// elevation by hand and by the tick.
+#include "ui/rotator/RotatorPanel.h"
+#include "devices/lines/OutputLines.h"
+#include "devices/lines/RecordingLine.h"
+#include "devices/rotator/RotatorController.h"
+#include "tests/devices/StationRig.h"
+#include "tests/gui/Form1Fixture.h"
+#include "ui/rig/BackColour.h"
+#include "ui/rig/StationPanels.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+struct RotatorPanelRig : StationRig {
+    OutputLines lines;
+    std::shared_ptr<RecordingLine> up = std::make_shared<RecordingLine>();
+    std::shared_ptr<RecordingLine> down = std::make_shared<RecordingLine>();
+    QLineEdit locator;
+    std::unique_ptr<RotatorPanel> panel;
+
+    RotatorPanelRig()
+    {
+        lines.setLine(OutputLines::Role::Up, up);
+        lines.setLine(OutputLines::Role::Down, down);
+        open(4);
+        panel = std::make_unique<RotatorPanel>(station, ports, lines, nullptr, &locator);
+        panel->show();
+        locator.show();
+    }
+    template <typename T> T* child(const char* name)
+    {
+        return panel->findChild<T*>(QString::fromLatin1(name));
+    }
+    void enter(const char* box, const QString& text)
+    {
+        auto* e = child<QLineEdit>(box);
+        e->setText(text);
+        e->setFocus();
+        QTest::keyClick(e, Qt::Key_Return);
+    }
+};
+
+std::unique_ptr<OutputLines> recordingLines(
+    std::shared_ptr<RecordingLine> up, std::shared_ptr<RecordingLine> down)
+{
+    auto lines = std::make_unique<OutputLines>();
+    lines->setLine(OutputLines::Role::Up, std::move(up));
+    lines->setLine(OutputLines::Role::Down, std::move(down));
+    return lines;
+}
+} // namespace
+
+TEST(RotatorPanel, ControlsCarryTheirNamesAndCaptions)
+{
+    RotatorPanelRig r;
+    const std::pair<const char*, const char*> buttons[]
+        = { { "AziL", "<- AZI" }, { "AziR", "AZI->" }, { "RotorStop", "Rotor Stop" }, { "eleup", " Ele  up" },
+              { "eleDwn", " Ele dwn" }, { "EleAuto", "Ele Auto" } };
+    for (const auto& [name, caption] : buttons) {
+        ASSERT_NE(r.child<QPushButton>(name), nullptr) << name;
+        EXPECT_EQ(r.child<QPushButton>(name)->text(), QString(caption)) << name;
+    }
+    EXPECT_TRUE(r.child<QPushButton>("EleAuto")->isCheckable());
+    EXPECT_NE(r.child<QLineEdit>("Text177"), nullptr);
+    EXPECT_NE(r.child<QLineEdit>("Text160"), nullptr);
+}
+
+TEST(RotatorPanel, EnterInText160TurnsTheAntennaAndGivesTheFocusBack)
+{
+    RotatorPanelRig r;
+    r.enter("Text160", "");
+    EXPECT_EQ(r.child<QLineEdit>("Text160")->text(), QString("000"));
+    EXPECT_EQ(r.received(4, 8), QByteArray("AP1000\r;"));
+    EXPECT_TRUE(r.locator.hasFocus());
+    r.enter("Text160", "7");
+    EXPECT_EQ(r.received(4, 8), QByteArray("AP1007\r;"));
+    r.enter("Text177", "30");
+    EXPECT_EQ(r.received(4, 7), QByteArray("AW1030;"));
+}
+
+TEST(RotatorPanel, TurnAndStopButtons)
+{
+    RotatorPanelRig r;
+    r.child<QPushButton>("AziL")->click();
+    EXPECT_EQ(r.received(4, 3), QByteArray("AA;"));
+    r.child<QPushButton>("AziR")->click();
+    EXPECT_EQ(r.received(4, 3), QByteArray("AB;"));
+    r.child<QPushButton>("RotorStop")->click();
+    EXPECT_EQ(r.received(4, 3), QByteArray("ST;"));
+    EXPECT_EQ(BackColour::of(r.child<QPushButton>("RotorStop")), 255);
+}
+
+TEST(RotatorPanel, HoldingAnElevationButtonSwitchesAutomaticOff)
+{
+    RotatorPanelRig r;
+    auto* autoButton = r.child<QPushButton>("EleAuto");
+    autoButton->click();
+    EXPECT_TRUE(r.panel->controller().isAuto());
+    QTest::mousePress(r.child<QPushButton>("eleup"), Qt::LeftButton);
+    EXPECT_FALSE(autoButton->isChecked());
+    EXPECT_FALSE(r.panel->controller().isAuto());
+    EXPECT_TRUE(r.up->state());
+    QTest::qWait(60);
+    QTest::mouseRelease(r.child<QPushButton>("eleup"), Qt::LeftButton);
+    EXPECT_FALSE(r.up->state());
+    QTest::mousePress(r.child<QPushButton>("eleDwn"), Qt::LeftButton);
+    EXPECT_TRUE(r.down->state());
+    QTest::mouseRelease(r.child<QPushButton>("eleDwn"), Qt::LeftButton);
+    EXPECT_FALSE(r.down->state());
+    r.panel->autoElevationStep(0.2);
+    EXPECT_EQ(autoButton->text(), QString("Ele manu"));
+    EXPECT_EQ(BackColour::of(autoButton), 65535);
+    EXPECT_EQ(r.up->edges().size(), 2u); // the hold only; no pulse while automatic is off
+}
+
+TEST(RotatorPanel, MainWindowLocatorEnterEnterTurnsTheAntenna)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
+    auto* panels = new StationPanels(*f.form, std::make_unique<OutputLines>());
+    f.form->load();
+    f.form->timer().stop();
+    f.form->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(f.form.get()));
+    EXPECT_EQ(f.form->findChildren<QLineEdit*>("Text160").size(), 1); // the window's own box
+    auto* locator = f.child<QLineEdit>("Locator");
+    locator->setFocus();
+    QTest::keyClicks(locator, "JO31");
+    QTest::keyClick(locator, Qt::Key_Return);
+    auto* text160 = f.child<QLineEdit>("Text160");
+    ASSERT_TRUE(text160->hasFocus());
+    const QString degrees = text160->text();
+    ASSERT_FALSE(degrees.isEmpty());
+    QTest::keyClick(text160, Qt::Key_Return);
+    const QByteArray want = "AP1" + degrees.rightJustified(3, '0').toLatin1() + "\r;";
+    EXPECT_EQ(f.rotator.readExactly(want.size()), want);
+    EXPECT_TRUE(locator->hasFocus());
+    EXPECT_EQ(&panels->rotator().controller(), &panels->rotator().controller());
+}
+
+TEST(RotatorPanel, TickPulsesOnThisTicksSensorReadingOnly)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    auto up = std::make_shared<RecordingLine>();
+    auto down = std::make_shared<RecordingLine>();
+    f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
+    auto* panels = new StationPanels(*f.form, recordingLines(up, down));
+    f.form->load();
+    f.form->timer().stop();
+    auto* autoButton = f.child<QPushButton>("EleAuto");
+    autoButton->click();
+
+    ASSERT_TRUE(f.sensor.write(sensorReply(300, 5)));
+    ASSERT_TRUE(f.waitForBytes(3));
+    QTest::qWait(30);
+    f.form->tick();
+    panels->rotator().controller().waitForPulses();
+    EXPECT_EQ(up->edges().size(), 2u); // one pulse up
+    EXPECT_EQ(autoButton->text(), QString("Ele Auto"));
+    EXPECT_EQ(BackColour::of(autoButton), 65280);
+
+    f.form->tick(); // no new reading: nothing moves on the old one
+    panels->rotator().controller().waitForPulses();
+    EXPECT_EQ(up->edges().size(), 2u);
+
+    for (int raw : { 400, 1000 }) {
+        ASSERT_TRUE(f.sensor.write(sensorReply(raw, 5)));
+        ASSERT_TRUE(f.waitForBytes(3));
+        QTest::qWait(30);
+        f.form->tick();
+    }
+    ASSERT_TRUE(f.sensor.write(sensorReply(1100, 5)));
+    ASSERT_TRUE(f.waitForBytes(3));
+    QTest::qWait(30);
+    f.form->tick();
+    panels->rotator().controller().waitForPulses();
+    EXPECT_EQ(up->edges().size(), 2u);
+    EXPECT_EQ(down->edges().size(), 2u); // one pulse down
+}
