@@ -2,6 +2,8 @@
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/LogDate.h"
 #include "logbook/db/Recordset.h"
+#include "logbook/db/RecordsetModel.h"
+#include "logbook/db/SqlSource.h"
 #include "logbook/db/SqlText.h"
 #include "tests/support/TempDir.h"
 
@@ -104,6 +106,102 @@ TEST_F(DbRecordset, BandFilterAndSortGiveNewestContactsOfOneBandFirst)
     ASSERT_TRUE(rs.setFilter(QString()));
     EXPECT_EQ(rs.recordCount(), 5);
     EXPECT_EQ(column(rs, QStringLiteral("date")).first(), QStringLiteral("2026-02-20"));
+}
+
+TEST_F(DbRecordset, DeletedRowStaysCurrentUntilTheNextMove)
+{
+    add({ { "01.01.2026", "A1A", "", "144", "Y" }, { "02.01.2026", "B2B", "", "144", "Y" },
+        { "03.01.2026", "C3C", "", "144", "Y" } });
+    Recordset rs(path);
+    ASSERT_TRUE(rs.open(SqlText::LogList));
+    ASSERT_TRUE(rs.move(1));
+    ASSERT_TRUE(rs.deleteCurrent()) << rs.errorText().toStdString();
+    EXPECT_EQ(rs.recordCount(), 2);
+    EXPECT_FALSE(rs.value(QStringLiteral("Callsign")).isValid());
+    EXPECT_EQ(rs.error().number, DbErrorNumber::NoCurrentRecord);
+    ASSERT_TRUE(rs.next());
+    EXPECT_EQ(rs.text(QStringLiteral("Callsign")), QStringLiteral("C3C"));
+    EXPECT_FALSE(rs.next());
+    EXPECT_TRUE(rs.atEnd());
+    Recordset again(path);
+    ASSERT_TRUE(again.open(SqlText::LogList));
+    EXPECT_EQ(column(again, QStringLiteral("Callsign")), (QStringList { "A1A", "C3C" }));
+}
+
+TEST_F(DbRecordset, MovingSavesPendingChangesAndCursorEdgesBehave)
+{
+    add({ { "01.01.2026", "A1A", "", "144", "Y" }, { "02.01.2026", "B2B", "", "144", "Y" } });
+    Recordset rs(path);
+    ASSERT_TRUE(rs.open(SqlText::LogList));
+    EXPECT_FALSE(rs.atStart());
+    EXPECT_EQ(rs.position(), 0);
+    ASSERT_TRUE(rs.setValue(QStringLiteral("QSL"), QStringLiteral("S")));
+    EXPECT_EQ(rs.text(QStringLiteral("qsl")), QStringLiteral("S")) << "a pending value reads back";
+    ASSERT_TRUE(rs.next());
+    EXPECT_FALSE(rs.isEditing());
+    EXPECT_FALSE(rs.next());
+    EXPECT_TRUE(rs.atEnd());
+    EXPECT_TRUE(rs.last());
+    EXPECT_FALSE(rs.previous() && rs.previous());
+    EXPECT_TRUE(rs.atStart());
+    Recordset again(path);
+    ASSERT_TRUE(again.open(SqlText::LogList));
+    EXPECT_EQ(again.text(QStringLiteral("QSL")), QStringLiteral("S"));
+    EXPECT_EQ(again.fieldIndex(QStringLiteral("GEGRIDXY")), 33);
+    EXPECT_EQ(again.fieldIndex(QStringLiteral("nosuch")), -1);
+}
+
+TEST_F(DbRecordset, ModelShowsRowsWithDisplayDatesAndDeletesThroughTheRecordset)
+{
+    add({ { "15.11.2025", "DL1ABC", "JO62", "144", "Y" }, { "03.01.2026", "G4ABC", "IO91", "144", "Y" },
+        { "01.03.2024", "F6ABC", "JN18", "1296", "Y" } });
+    Recordset rs(path);
+    ASSERT_TRUE(rs.open(SqlText::LogList));
+    rs.setSort(SqlText::LogListSort);
+    rs.setFilter(SqlText::logListFilter(QStringLiteral("144%")));
+    RecordsetModel model;
+    model.setRecordset(std::move(rs));
+    ASSERT_EQ(model.rowCount(), 2);
+    EXPECT_EQ(model.columnCount(), 34);
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Date"));
+    EXPECT_EQ(model.data(model.index(0, 1)).toString(), QStringLiteral("03.01.2026"));
+    EXPECT_EQ(model.data(model.index(0, 1), Qt::EditRole).toString(), QStringLiteral("2026-01-03"));
+    EXPECT_EQ(model.data(model.index(1, 3)).toString(), QStringLiteral("DL1ABC"));
+    ASSERT_TRUE(model.removeRows(0, 1));
+    EXPECT_EQ(model.rowCount(), 1);
+    Recordset all(path);
+    ASSERT_TRUE(all.open(SqlText::LogList));
+    EXPECT_EQ(column(all, QStringLiteral("Callsign")), (QStringList { "DL1ABC", "F6ABC" }));
+}
+
+TEST(DbSqlSource, FilterAndSortApplyOverTheWholeQuery)
+{
+    const SqlSource source(SqlText::LogWithGrid);
+    EXPECT_EQ(source.baseTable(), QStringLiteral("logtab"));
+    EXPECT_EQ(source.plainStatement(QString(), QString()), SqlText::LogWithGrid);
+    EXPECT_EQ(source.plainStatement(SqlText::bandFilter(QStringLiteral("144%")), QString()),
+        QStringLiteral(
+            "SELECT * FROM (select *  from logtab where grid <> ''order by grid) WHERE  band like '144%'"));
+    EXPECT_EQ(SqlSource(SqlText::LogList).statement(QString(), SqlText::LogListSort),
+        QStringLiteral(
+            "SELECT * FROM (SELECT logtab.rowid AS kestrel_rowid, * FROM logtab) ORDER BY date  desc , "
+            "kestrel_rowid DESC"));
+    EXPECT_FALSE(SqlSource(QStringLiteral("select count(*) from logtab")).updatable());
+    EXPECT_FALSE(SqlSource(QStringLiteral("select * from logtab, dxccdata")).updatable());
+    EXPECT_TRUE(SqlSource(SqlText::BeaconList).updatable());
+}
+
+TEST(DbLogDate, StoredIsoAndShownDayMonthYear)
+{
+    EXPECT_EQ(LogDate::toStored(QStringLiteral("15.11.2026")), QStringLiteral("2026-11-15"));
+    EXPECT_EQ(LogDate::toStored(QStringLiteral("5.1.2026")), QStringLiteral("2026-01-05"));
+    EXPECT_EQ(LogDate::toStored(QStringLiteral("05.01.26")), QStringLiteral("2026-01-05"));
+    EXPECT_EQ(LogDate::toStored(QStringLiteral("05.01.85")), QStringLiteral("1985-01-05"));
+    EXPECT_EQ(LogDate::toStored(QStringLiteral("2026-11-15")), QStringLiteral("2026-11-15"));
+    EXPECT_EQ(LogDate::toStored(QStringLiteral("yesterday")), QStringLiteral("yesterday"))
+        << "nothing typed is lost";
+    EXPECT_EQ(LogDate::toDisplay(QStringLiteral("2026-11-15")), QStringLiteral("15.11.2026"));
+    EXPECT_EQ(LogDate::toDisplay(QString()), QString());
 }
 
 } // namespace
