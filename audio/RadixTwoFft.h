@@ -17,8 +17,15 @@ public:
     // Transforms re[0..n-1], im[0..n-1] in place.
     void transform(double* re, double* im) const;
 
+    // The two halves of transform(): element i trades places with element bitReversed()[i];
+    // butterflies() runs the stages on elements already in that order. A caller filling the
+    // arrays can place each element directly where the reordering would put it.
+    const std::vector<int>& bitReversed() const { return reversed_; }
+    void butterflies(double* re, double* im) const;
+
 private:
     int n_;
+    std::vector<int> reversed_;
     std::vector<int> swapA_;
     std::vector<int> swapB_;
     // Twiddles of the stage with half-span h start at index h - 1.

@@ -1,5 +1,6 @@
 #include "audio/SpectrumState.h"
 
+#include "audio/LevelMath.h"
 #include "audio/WaveBuffer.h"
 
 #include <cmath>
@@ -10,6 +11,7 @@ SpectrumState::SpectrumState()
     , smoothed(LastDbIndex + 1)
     , reference(LastDbIndex + 1)
     , fft_(WaveBuffer::Samples)
+    , levels_(LastDbIndex + 1)
 {
     reset();
 }
@@ -29,21 +31,25 @@ void SpectrumState::reset()
 
 void SpectrumState::GetAudio(const WaveBuffer& buffer)
 {
+    // Each sample goes straight to its bit-reversed place, where the transform's reordering
+    // would move it; the stages follow.
+    const std::vector<int>& reversed = fft_.bitReversed();
     for (int i = 0; i < length; ++i) {
-        real[i] = buffer.ReadSample(i);
+        real[i] = buffer.ReadSample(reversed[i]);
         imag[i] = 0.0;
     }
-    fft_.transform(real.data(), imag.data());
+    fft_.butterflies(real.data(), imag.data());
 }
 
 void SpectrumState::computeLevels()
 {
-    static const double ln10 = std::log(10.0);
+    const int last = length / 2;
+    LevelMath::levels(real.data(), imag.data(), levels_.data(), last + 1);
+    for (int k = 0; k <= last; ++k)
+        smoothed[k] = smoothed[k] + (levels_[k] - smoothed[k]) / 10.0;
+    // Every bin read below is already smoothed for this buffer, as in one loop over k.
     strongest = 0.0f;
-    for (int k = 0; k <= length / 2; ++k) {
-        const double magnitude = std::sqrt(real[k] * real[k] + imag[k] * imag[k]);
-        const double level = 20.0 * std::log(magnitude + 0.0000001) / ln10;
-        smoothed[k] = smoothed[k] + (level - smoothed[k]) / 10.0;
+    for (int k = 0; k <= last; ++k) {
         if (smoothed[k] > strongest) {
             strongest = static_cast<float>(smoothed[k]);
             // An Integer assignment rounds to nearest (ties to even), as nearbyint does.

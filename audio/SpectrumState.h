@@ -67,4 +67,5 @@ public:
 
 private:
     RadixTwoFft fft_;
+    std::vector<double> levels_;
 };

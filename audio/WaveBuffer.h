@@ -1,6 +1,7 @@
 #pragma once
 // One recorded buffer of the spectrum monitor: 8192 samples of 16-bit mono PCM, 16384 bytes.
 #include <QByteArray>
+#include <cstring>
 
 class WaveBuffer {
 public:
@@ -14,7 +15,12 @@ public:
     }
 
     // The signed 16-bit sample i divided by 32768: -1 up to just under 1.
-    double ReadSample(int i) const;
+    double ReadSample(int i) const
+    {
+        qint16 v = 0;
+        std::memcpy(&v, bytes_.constData() + BlockAlign * i, sizeof v);
+        return v / 32768.0;
+    }
 
     QByteArray& bytes() { return bytes_; }
     const QByteArray& bytes() const { return bytes_; }

@@ -198,3 +198,20 @@ TEST(SpectrumTexts, MaximumHoldComparesTheNumbers)
     EXPECT_DOUBLE_EQ(SpectrumTexts::leadingNumber("-3 dB"), -3.0);
     EXPECT_DOUBLE_EQ(SpectrumTexts::leadingNumber("dB"), 0.0);
 }
+
+TEST(SpectrumState, GetAudioIsTheTransformOfTheSamples)
+{
+    WaveBuffer b;
+    for (int n = 0; n < WaveBuffer::Samples; ++n)
+        b.setSample(n, static_cast<qint16>((n * 7919) % 65536 - 32768));
+    std::vector<double> re(WaveBuffer::Samples), im(WaveBuffer::Samples, 0.0);
+    for (int n = 0; n < WaveBuffer::Samples; ++n)
+        re[n] = b.ReadSample(n);
+    RadixTwoFft(WaveBuffer::Samples).transform(re.data(), im.data());
+    SpectrumState s;
+    s.GetAudio(b);
+    for (int k = 0; k < WaveBuffer::Samples; ++k) {
+        ASSERT_EQ(s.real[k], re[k]) << k;
+        ASSERT_EQ(s.imag[k], im[k]) << k;
+    }
+}
