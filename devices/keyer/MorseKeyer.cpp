@@ -71,7 +71,7 @@ bool MorseKeyer::pause(Clock::time_point until)
 
 void MorseKeyer::run(int unitMs, std::function<void()> finished)
 {
-    RealtimePriority::raiseCurrentThread();
+    realtime_ = RealtimePriority::raiseCurrentThread();
     auto key = [this](bool down) {
         lines_.UsbSetIOState(OutputLines::ModulePort, OutputLines::KeyLine, down ? 1 : 0);
     };

@@ -44,6 +44,8 @@ public:
     // When the planned edges of the last start are counted from, and how many passes ended.
     Clock::time_point origin() const;
     int passes() const { return passes_; }
+    // Whether the keying thread got its real-time priority.
+    bool realtime() const { return realtime_; }
 
 private:
     void run(int unitMs, std::function<void()> finished);
@@ -60,5 +62,6 @@ private:
     std::atomic<bool> abort_ = false;
     std::atomic<bool> running_ = false;
     std::atomic<int> passes_ = 0;
+    std::atomic<bool> realtime_ = false;
     std::thread thread_;
 };
