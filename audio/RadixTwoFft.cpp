@@ -43,15 +43,16 @@ RadixTwoFft::RadixTwoFft(int n)
 
 namespace {
 // One butterfly: (a, b) <- (a + w b, a - w b), the products written out as the stages do.
-#define KESTREL_BUTTERFLY(ar, ai, br, bi, wr, wi)                                                            \
-    do {                                                                                                     \
-        const double tr_ = (br) * (wr) - (bi) * (wi);                                                        \
-        const double ti_ = (br) * (wi) + (bi) * (wr);                                                        \
-        (br) = (ar)-tr_;                                                                                     \
-        (bi) = (ai)-ti_;                                                                                     \
-        (ar) = (ar) + tr_;                                                                                   \
-        (ai) = (ai) + ti_;                                                                                   \
-    } while (false)
+[[gnu::always_inline]] inline void butterfly(
+    double& ar, double& ai, double& br, double& bi, double wr, double wi)
+{
+    const double tr = br * wr - bi * wi;
+    const double ti = br * wi + bi * wr;
+    br = ar - tr;
+    bi = ai - ti;
+    ar = ar + tr;
+    ai = ai + ti;
+}
 
 // Butterflies of the stages with half-spans h and 2h on one block of 4h elements, each element
 // loaded once. Separate restrict parameters let the compiler vectorise over j.
@@ -64,10 +65,10 @@ namespace {
     for (int j = 0; j < h; ++j) {
         double a0 = r0[j], a1 = r1[j], a2 = r2[j], a3 = r3[j];
         double c0 = i0[j], c1 = i1[j], c2 = i2[j], c3 = i3[j];
-        KESTREL_BUTTERFLY(a0, c0, a1, c1, wr1[j], wi1[j]);
-        KESTREL_BUTTERFLY(a2, c2, a3, c3, wr1[j], wi1[j]);
-        KESTREL_BUTTERFLY(a0, c0, a2, c2, wr2[j], wi2[j]);
-        KESTREL_BUTTERFLY(a1, c1, a3, c3, wr3[j], wi3[j]);
+        butterfly(a0, c0, a1, c1, wr1[j], wi1[j]);
+        butterfly(a2, c2, a3, c3, wr1[j], wi1[j]);
+        butterfly(a0, c0, a2, c2, wr2[j], wi2[j]);
+        butterfly(a1, c1, a3, c3, wr3[j], wi3[j]);
         r0[j] = a0, r1[j] = a1, r2[j] = a2, r3[j] = a3;
         i0[j] = c0, i1[j] = c1, i2[j] = c2, i3[j] = c3;
     }
@@ -78,7 +79,7 @@ namespace {
     int h)
 {
     for (int j = 0; j < h; ++j)
-        KESTREL_BUTTERFLY(ar[j], ai[j], br[j], bi[j], wr[j], wi[j]);
+        butterfly(ar[j], ai[j], br[j], bi[j], wr[j], wi[j]);
 }
 } // namespace
 
@@ -107,10 +108,10 @@ __attribute__((target_clones("avx2", "default"))) void RadixTwoFft::butterflies(
         for (int b = 0; b < n_; b += 4) {
             double r0 = re[b], r1 = re[b + 1], r2 = re[b + 2], r3 = re[b + 3];
             double i0 = im[b], i1 = im[b + 1], i2 = im[b + 2], i3 = im[b + 3];
-            KESTREL_BUTTERFLY(r0, i0, r1, i1, 1.0, 0.0);
-            KESTREL_BUTTERFLY(r2, i2, r3, i3, 1.0, 0.0);
-            KESTREL_BUTTERFLY(r0, i0, r2, i2, 1.0, 0.0);
-            KESTREL_BUTTERFLY(r1, i1, r3, i3, w2r, w2i);
+            butterfly(r0, i0, r1, i1, 1.0, 0.0);
+            butterfly(r2, i2, r3, i3, 1.0, 0.0);
+            butterfly(r0, i0, r2, i2, 1.0, 0.0);
+            butterfly(r1, i1, r3, i3, w2r, w2i);
             re[b] = r0, re[b + 1] = r1, re[b + 2] = r2, re[b + 3] = r3;
             im[b] = i0, im[b + 1] = i1, im[b + 2] = i2, im[b + 3] = i3;
         }
@@ -131,5 +132,3 @@ __attribute__((target_clones("avx2", "default"))) void RadixTwoFft::butterflies(
                 re + b, im + b, re + b + h, im + b + h, twRe_.data() + h - 1, twIm_.data() + h - 1, h);
     }
 }
-
-#undef KESTREL_BUTTERFLY
