@@ -1,7 +1,10 @@
 #include "mapexport/LogCount.h"
+#include "logbook/db/DbConnection.h"
 #include "mapexport/LogMapFields.h"
+#include "mapexport/MapViewer.h"
 #include "tests/mapexport/LogDb.h"
 
+#include <QSqlQuery>
 #include <gtest/gtest.h>
 
 namespace {
@@ -112,4 +115,30 @@ TEST(LogCount, ProgressCanStopACountWithoutTouchingTheLabel)
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(f.sqw, "");
     EXPECT_EQ(db.polys(), QStringList(2, QString()));
+}
+
+TEST(LogCount, LogWithoutIdColumnStoresOutlinesRecordByRecord)
+{
+    LogDb db;
+    {
+        DbConnection c(db.path());
+        ASSERT_TRUE(c.exec("DROP TABLE logtab"));
+        ASSERT_TRUE(c.exec("CREATE TABLE logtab (Grid TEXT, Band TEXT, QSL TEXT, DXCC TEXT, GEpoly TEXT)"));
+        ASSERT_TRUE(
+            c.exec("INSERT INTO logtab VALUES ('JN49', '144', '', '', ''), ('JN48', '144', '', '', '')"));
+    }
+    LogMapFields f;
+    EXPECT_EQ(SQNr(db.station, f, "144%", ""), LogCount::State::Done);
+    EXPECT_EQ(f.sqw, "2");
+    DbConnection c(db.path());
+    QSqlQuery q(c.database());
+    ASSERT_TRUE(q.exec("SELECT GEpoly FROM logtab WHERE Grid = 'JN48'") && q.next());
+    EXPECT_EQ(q.value(0).toString(), ring48);
+}
+
+TEST(MapViewer, NoViewerIsStartedOffscreen)
+{
+    DesktopMapViewer viewer;
+    EXPECT_FALSE(viewer.launchEnabled);
+    viewer.open("earth.kml"); // does nothing
 }

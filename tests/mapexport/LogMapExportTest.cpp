@@ -231,3 +231,13 @@ TEST(LogMapExport, CancelOnTheEventLoop)
     EXPECT_EQ(f.file(), "previous");
     EXPECT_EQ(f.fields.sqw, "6"); // the worked count had finished
 }
+
+TEST(LogMapExport, OneCallForTheWindow)
+{
+    Fixture f;
+    QString band = "144%";
+    const MapExportOutcome out = GoogleEarth(f.db.station, f.fields, f.viewer, band, "");
+    EXPECT_EQ(out.status, Status::Written);
+    EXPECT_EQ(out.path, "earth.kml");
+    EXPECT_EQ(f.viewer.opened, QStringList { "earth.kml" });
+}
