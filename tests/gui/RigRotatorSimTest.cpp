@@ -1,0 +1,169 @@
+// End to end with kestrel-sim: the main window with the rig, rotator and keyer panels on the
+// simulated station's pseudo-terminals, checked against the state the simulator reports.
+#include "core/Station.h"
+#include "devices/lines/OutputLines.h"
+#include "devices/link/QtSerialLink.h"
+#include "devices/rig/RigController.h"
+#include "devices/rotator/RotatorController.h"
+#include "tests/support/TempDir.h"
+#include "ui/form1/Form1.h"
+#include "ui/rig/RigPanel.h"
+#include "ui/rig/StationPanels.h"
+#include "ui/widgets/OptionGroup.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMap>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+// kestrel-sim writing its Kestrel.txt/Kestrel.ini into the test's directory.
+class Sim {
+public:
+    explicit Sim(const QString& dir)
+    {
+        process.start(qEnvironmentVariable("KESTREL_BUILD_DIR") + QStringLiteral("/sim/kestrel-sim"),
+            { QStringLiteral("--write-config"), dir, QStringLiteral("--rotator-rate"),
+                QStringLiteral("90") });
+        if (!process.waitForStarted(5000))
+            return;
+        for (QString line = readLine(); !line.isEmpty(); line = readLine())
+            if (line == QLatin1String("ready")) {
+                ready = true;
+                break;
+            }
+    }
+    ~Sim()
+    {
+        process.terminate();
+        if (!process.waitForFinished(3000))
+            process.kill();
+    }
+    QString readLine()
+    {
+        QDeadlineTimer deadline(5000);
+        while (!process.canReadLine() && !deadline.hasExpired())
+            if (!process.waitForReadyRead(50))
+                QCoreApplication::processEvents();
+        return QString::fromLocal8Bit(process.readLine()).trimmed();
+    }
+    // The simulator's state line of one device.
+    QString status(const QString& device)
+    {
+        process.write("status\n");
+        QString found;
+        for (QString line = readLine(); !line.isEmpty() && line != QLatin1String("end"); line = readLine())
+            if (line.section(QLatin1Char(' '), 0, 0) == device)
+                found = line.section(QLatin1Char(' '), 1);
+        return found;
+    }
+    // Waits until the device's state contains `part`; returns the last state seen.
+    QString waitFor(const QString& device, const QString& part, int timeoutMs = 5000)
+    {
+        QString state;
+        (void)QTest::qWaitFor(
+            [&] {
+                state = status(device);
+                return state.contains(part);
+            },
+            timeoutMs);
+        return state;
+    }
+
+    QProcess process;
+    bool ready = false;
+};
+
+struct Station_ {
+    TempDir dir;
+    Sim sim { dir.path() };
+    RecordingPrompts prompts;
+    Station station { prompts };
+    std::unique_ptr<Form1> form;
+    StationPanels* panels = nullptr;
+
+    Station_()
+    {
+        form = std::make_unique<Form1>(station, makeQtSerialLink);
+        panels = new StationPanels(*form, std::make_unique<OutputLines>());
+        form->load();
+        form->show();
+    }
+    ~Station_() { form->close(); }
+    template <typename T> T* child(const char* name)
+    {
+        return form->findChild<T*>(QString::fromLatin1(name));
+    }
+};
+
+} // namespace
+
+TEST(RigRotatorSim, BandClicksAndHeldQrgUpLeaveTheRigWhereTheBytesSaid)
+{
+    Station_ s;
+    ASSERT_TRUE(s.sim.ready);
+    ASSERT_TRUE(s.form->isPortOpen(1));
+    s.child<OptionGroup>("OptBandV")->button(3)->click(); // first click: keeps 144.000
+    EXPECT_TRUE(s.sim.waitFor("rig", "frequency=144000000 ").startsWith("frequency=144000000 "));
+    s.child<OptionGroup>("OptBandV")->button(2)->click(); // preset 144.200
+    EXPECT_TRUE(s.sim.waitFor("rig", "frequency=144200000 ").startsWith("frequency=144200000 "));
+
+    s.child<OptionGroup>("OptQRG")->button(3)->click(); // "10kHz": 100 counter units, 1 kHz
+    RigController& rig = s.panels->rig().controller();
+    QSignalSpy ended(&rig, &RigController::tuningEnded);
+    auto* up = s.child<QPushButton>("FreqUp");
+    QTest::mousePress(up, Qt::LeftButton);
+    QTest::qWait(300);
+    QTest::mouseRelease(up, Qt::LeftButton);
+    ASSERT_TRUE(ended.count() == 1 || ended.wait(2000));
+    ASSERT_GE(rig.passes(), 2);
+
+    const qint64 sent = rig.counter() - 100; // the rig is one step behind the display
+    EXPECT_EQ(rig.counter(), 14420000 + 100 * rig.passes());
+    EXPECT_EQ(s.child<QLabel>("formatFre")->text(), QString::number(rig.counter() / 100000.0, 'g', 15));
+    const QString want = QStringLiteral("frequency=%1 ").arg(sent * 10);
+    const QString state = s.sim.waitFor("rig", want);
+    EXPECT_TRUE(state.startsWith(want)) << state.toStdString() << " want " << want.toStdString();
+    EXPECT_TRUE(state.contains(QStringLiteral("refused=0"))) << state.toStdString();
+    // Com2 got the same texts one after the other; the simulator takes the run of digits whole.
+    QString plain;
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            plain = s.sim.status("rig2");
+            return plain.endsWith(QString::number(sent));
+        },
+        3000))
+        << plain.toStdString();
+}
+
+TEST(RigRotatorSim, LocatorEnterEnterTurnsTheRotatorToTheBearing)
+{
+    Station_ s;
+    ASSERT_TRUE(s.sim.ready);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(s.form.get()));
+    auto* locator = s.child<QLineEdit>("Locator");
+    locator->setFocus();
+    QTest::keyClicks(locator, "JO31");
+    QTest::keyClick(locator, Qt::Key_Return);
+    auto* text160 = s.child<QLineEdit>("Text160");
+    ASSERT_TRUE(text160->hasFocus());
+    const int degrees = text160->text().toInt();
+    EXPECT_GT(degrees, 300); // JO31 lies north-west of JN48
+    EXPECT_LT(degrees, 340);
+    QTest::keyClick(text160, Qt::Key_Return);
+    EXPECT_TRUE(locator->hasFocus());
+
+    const QString three = QString::number(degrees).rightJustified(3, QLatin1Char('0'));
+    const QString want = QStringLiteral("heading=%1.0 target=%1 motion=stopped").arg(degrees);
+    const QString state = s.sim.waitFor("rotator", want, 8000);
+    EXPECT_TRUE(state.startsWith(want)) << state.toStdString();
+    // and the window's read-back follows
+    EXPECT_TRUE(QTest::qWaitFor([&] { return s.child<QLabel>("Label1")->text() == three; }, 2000))
+        << s.child<QLabel>("Label1")->text().toStdString();
+}
