@@ -44,6 +44,23 @@ bool prepare(const QString& sentence, QStringView type, QString& text, NmeaField
 
 QString textOf(QStringView field)
 {
+    // The one-letter fields (hemispheres, units) come as shared literals: no allocation.
+    if (field.size() == 1) {
+        switch (field[0].unicode()) {
+        case u'N':
+            return QStringLiteral("N");
+        case u'S':
+            return QStringLiteral("S");
+        case u'E':
+            return QStringLiteral("E");
+        case u'W':
+            return QStringLiteral("W");
+        case u'M':
+            return QStringLiteral("M");
+        case u' ':
+            return QStringLiteral(" ");
+        }
+    }
     return field.toString();
 }
 

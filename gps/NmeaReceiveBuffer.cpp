@@ -10,16 +10,37 @@ constexpr NmeaReceiveBuffer::Type kTypeOf[] = { NmeaReceiveBuffer::Type::RMC, Nm
     NmeaReceiveBuffer::Type::GSA, NmeaReceiveBuffer::Type::GSV };
 } // namespace
 
-bool NmeaReceiveBuffer::isTalker(char a, char b)
+namespace {
+// The talker as a shared literal (no allocation per sentence); a null text for any other.
+QString talkerText(char a, char b)
 {
     switch (a) {
     case 'G':
-        return b == 'P' || b == 'N' || b == 'L' || b == 'A' || b == 'B';
+        switch (b) {
+        case 'P':
+            return QStringLiteral("GP");
+        case 'N':
+            return QStringLiteral("GN");
+        case 'L':
+            return QStringLiteral("GL");
+        case 'A':
+            return QStringLiteral("GA");
+        case 'B':
+            return QStringLiteral("GB");
+        }
+        break;
     case 'B':
-        return b == 'D';
-    default:
-        return false;
+        if (b == 'D')
+            return QStringLiteral("BD");
+        break;
     }
+    return QString();
+}
+} // namespace
+
+bool NmeaReceiveBuffer::isTalker(char a, char b)
+{
+    return !talkerText(a, b).isNull();
 }
 
 qsizetype NmeaReceiveBuffer::find(const char* type) const
@@ -53,7 +74,7 @@ QList<NmeaReceiveBuffer::Sentence> NmeaReceiveBuffer::feed(const QByteArray& byt
             const qsizetype end = buffer_.indexOf("\r\n", start + 6);
             if (end < 0)
                 continue;
-            out.append({ kTypeOf[t], QString::fromLatin1(buffer_.constData() + start + 1, 2),
+            out.append({ kTypeOf[t], talkerText(buffer_[start + 1], buffer_[start + 2]),
                 QString::fromLatin1(buffer_.constData() + start, end - start) });
             // Whatever stood before the sentence goes with it.
             buffer_.remove(0, end + 2);

@@ -76,6 +76,18 @@ TEST_F(GpsWindow, OpensWithItsPortLabelAndControls)
     EXPECT_TRUE(window->findChild<QLabel*>(QStringLiteral("Image1"))->isHidden());
 }
 
+TEST_F(GpsWindow, ActivationReloadsTheSettingsFile)
+{
+    station.settings.setText(Setting::Com3Port, QStringLiteral("7"));
+    ASSERT_TRUE(SaveStationConfig(station));
+    station.settings.setText(Setting::Com3Port, QStringLiteral("9")); // not saved
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_EQ(station.settings.textAt(Setting::Com3Port), "7");
+    EXPECT_TRUE(window->findChild<QLabel*>(QStringLiteral("Image1"))->isHidden());
+}
+
 TEST_F(GpsWindow, StartAndStopSwitchThePortAndTheCaption)
 {
     start();

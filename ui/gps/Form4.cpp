@@ -242,11 +242,11 @@ void Form4::onReadyRead()
 {
     const QList<GpsReceiver::Decoded> decoded = receiver_.feed(link_->readAll());
     for (const GpsReceiver::Decoded& d : decoded)
-        show(d);
+        showDecoded(d);
     showFix();
 }
 
-void Form4::show(const GpsReceiver::Decoded& d)
+void Form4::showDecoded(const GpsReceiver::Decoded& d)
 {
     using namespace GpsDisplay;
     Boxes& b = *boxes_;

@@ -43,7 +43,7 @@ private:
     void opened();
     void onReadyRead();
     void onLinkError(const QString& text);
-    void show(const GpsReceiver::Decoded& d);
+    void showDecoded(const GpsReceiver::Decoded& d);
     void showFix();
     void log(const QString& line);
 
