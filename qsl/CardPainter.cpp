@@ -19,7 +19,8 @@ QFont fontOf(const CardItem& item, qreal pxPerMm)
     f.setPixelSize(std::max(1, static_cast<int>(std::lround(item.pointSize * MmPerPoint * pxPerMm))));
     f.setBold(item.bold);
     f.setItalic(item.italic);
-    f.setStyleStrategy(QFont::PreferAntialias);
+    // Plain glyphs, no ligatures: the printed text stays searchable letter by letter.
+    f.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::PreferNoShaping));
     return f;
 }
 

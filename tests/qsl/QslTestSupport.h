@@ -1,0 +1,108 @@
+#pragma once
+// Helpers of the QSL tests: a log of contacts in a real database file, the QSL letters as
+// stored, and the text of a printed PDF read back with pdftotext.
+#include "logbook/db/DatabaseFile.h"
+#include "logbook/db/DbConnection.h"
+#include "logbook/db/LogDate.h"
+#include "logbook/db/Recordset.h"
+#include "logbook/db/SqlText.h"
+
+#include <QImage>
+#include <QMap>
+#include <QProcess>
+#include <QString>
+
+#include <gtest/gtest.h>
+
+struct LogContact {
+    QString date; // dd.MM.yyyy
+    QString time;
+    QString call;
+    QString band;
+    QString qsl;
+    QString manager = QString();
+    QString mode = QStringLiteral("SSB");
+    QString rsts = QStringLiteral("59");
+    double qrb = 512.4;
+    double qtf = 87.0;
+};
+
+inline QString makeLog(const QString& path)
+{
+    DbError e;
+    EXPECT_TRUE(DatabaseFile::create(path, &e)) << e.text().toStdString();
+    return path;
+}
+
+inline void addContacts(const QString& path, const QList<LogContact>& contacts)
+{
+    Recordset rs(path);
+    ASSERT_TRUE(rs.open(SqlText::LogList)) << rs.errorText().toStdString();
+    for (const LogContact& c : contacts) {
+        ASSERT_TRUE(rs.addNew());
+        rs.setValue(QStringLiteral("Date"), LogDate::toStored(c.date));
+        rs.setValue(QStringLiteral("GMT"), c.time);
+        rs.setValue(QStringLiteral("Callsign"), c.call);
+        rs.setValue(QStringLiteral("Band"), c.band);
+        rs.setValue(QStringLiteral("mode"), c.mode);
+        rs.setValue(QStringLiteral("rsts"), c.rsts);
+        rs.setValue(QStringLiteral("QRB"), c.qrb);
+        rs.setValue(QStringLiteral("QTF"), c.qtf);
+        rs.setValue(QStringLiteral("QSLman"), c.manager);
+        rs.setValue(QStringLiteral("QSL"), c.qsl);
+        ASSERT_TRUE(rs.update()) << rs.errorText().toStdString();
+    }
+}
+
+// Many contacts with one letter in one transaction (callsigns DL0000, DL0001, ...).
+inline void addManyContacts(const QString& path, int count, const QString& qsl)
+{
+    DbConnection c(path);
+    ASSERT_TRUE(c.begin()) << c.error().text().toStdString();
+    for (int i = 0; i < count; ++i)
+        ASSERT_TRUE(
+            c.exec(QStringLiteral("INSERT INTO logtab (Date, GMT, Callsign, Band, mode, rsts, QRB, QTF, QSL) "
+                                  "VALUES ('2026-02-01', '10:00', ?, '144', 'SSB', '59', 512.4, 87, ?)"),
+                { QStringLiteral("DL%1").arg(i, 4, 10, QLatin1Char('0')), qsl }))
+            << c.error().text().toStdString();
+    ASSERT_TRUE(c.commit()) << c.error().text().toStdString();
+}
+
+// "callsign date time" -> QSL letter as stored, for every contact of the log.
+inline QMap<QString, QString> qslLetters(const QString& path)
+{
+    QMap<QString, QString> out;
+    Recordset rs(path);
+    EXPECT_TRUE(rs.open(SqlText::LogList)) << rs.errorText().toStdString();
+    for (bool ok = rs.first(); ok; ok = rs.next())
+        out.insert(rs.text(QStringLiteral("Callsign")) + QLatin1Char(' ')
+                + LogDate::toDisplay(rs.text(QStringLiteral("Date"))) + QLatin1Char(' ')
+                + rs.text(QStringLiteral("GMT")),
+            rs.text(QStringLiteral("QSL")));
+    return out;
+}
+
+// The text of a PDF as pdftotext lays it out; pages are separated by form feeds.
+inline QString pdfText(const QString& pdf)
+{
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), { QStringLiteral("-layout"), pdf, QStringLiteral("-") });
+    EXPECT_TRUE(p.waitForFinished(30000)) << "pdftotext did not finish";
+    EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+inline int pdfPages(const QString& pdf)
+{
+    return static_cast<int>(pdfText(pdf).count(QLatin1Char('\f')));
+}
+
+// A small signature picture of the given size, written as BMP.
+inline void writeBmp(const QString& path, int width, int height, QColor colour)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    for (int x = 0; x < width; ++x)
+        image.setPixelColor(x, height / 2 + static_cast<int>((height / 3) * std::sin(x / 6.0)), colour);
+    ASSERT_TRUE(image.save(path, "BMP"));
+}
