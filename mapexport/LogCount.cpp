@@ -101,26 +101,33 @@ LogCount::State LogCount::start()
 {
     if (!searchText_.isEmpty())
         return state_ = State::Skipped;
-    rs_.setConnection(station_.dbConnection);
-    rs_.setFilter(SqlText::logListFilter(bandPattern_));
-    if (!rs_.open(sqlOf(kind_)))
-        return fail(rs_.errorText());
-    total_ = rs_.recordCount();
-    if (rs_.hasError())
-        return fail(rs_.errorText());
-    keyField_ = rs_.fieldIndex(isSquares(kind_) ? QStringLiteral("grid") : QStringLiteral("dxcc"));
-    polyField_ = rs_.fieldIndex(QStringLiteral("GEpoly"));
-    idField_ = rs_.fieldIndex(QStringLiteral("ID"));
+    const QString filter = SqlText::logListFilter(bandPattern_);
+    rows_ = &rs_;
+    if (shared_ && shared_->isOpen() && shared_->source() == sqlOf(kind_) && shared_->filter() == filter
+        && shared_->fieldIndex(QStringLiteral("ID")) >= 0) {
+        rows_ = shared_;
+    } else {
+        rs_.setConnection(station_.dbConnection);
+        rs_.setFilter(filter);
+        if (!rs_.open(sqlOf(kind_)))
+            return fail(rs_.errorText());
+    }
+    total_ = rows_->recordCount();
+    if (rows_->hasError())
+        return fail(rows_->errorText());
+    keyField_ = rows_->fieldIndex(isSquares(kind_) ? QStringLiteral("grid") : QStringLiteral("dxcc"));
+    polyField_ = rows_->fieldIndex(QStringLiteral("GEpoly"));
+    idField_ = rows_->fieldIndex(QStringLiteral("ID"));
     if (keyField_ < 0 || (kind_ == Kind::SQNr && polyField_ < 0))
         return fail(QStringLiteral("Error 3265 (The log has no %1 column)")
                         .arg(keyField_ >= 0        ? QStringLiteral("GEpoly")
                                 : isSquares(kind_) ? QStringLiteral("grid")
                                                    : QStringLiteral("dxcc")));
-    if (!rs_.atEnd() && !rs_.value(keyField_).isValid()) {
-        rs_.next(); // a Null key on the first record is passed over
+    if (total_ > 0 && !rows_->valueAt(0, keyField_).isValid()) {
+        row_ = 1; // a Null key on the first record is passed over
         ++done_;
     }
-    if (rs_.atStart() && rs_.atEnd()) {
+    if (total_ == 0) {
         rs_.close();
         return state_ = State::Empty;
     }
@@ -133,12 +140,13 @@ bool LogCount::storeOutline()
     fields_.passOverSquare = counter_.lastKey();
     RichtungQRB(station_, fields_, QString());
     // deliberate: an invalid square stores the outline left by the square before.
-    const QVariant id = idField_ >= 0 ? rs_.value(idField_) : QVariant();
+    const QVariant id = idField_ >= 0 ? rows_->valueAt(row_, idField_) : QVariant();
     if (id.isValid()) {
         outlines_.add(id.toLongLong(), fields_.outline);
         return true;
     }
-    return rs_.setValue(polyField_, fields_.outline) && rs_.update();
+    // Without an ID the recordset writes the row itself (never a shared one: those have IDs).
+    return rs_.move(row_) && rs_.setValue(polyField_, fields_.outline) && rs_.update();
 }
 
 bool LogCount::flushOutlines()
@@ -152,20 +160,19 @@ LogCount::State LogCount::step(qint64 budgetNs)
         return state_;
     QElapsedTimer clock;
     clock.start();
-    for (int i = 1; !rs_.atEnd() && (i % 256 != 0 || clock.nsecsElapsed() < budgetNs); ++i) {
-        const bool newRun = counter_.add(rs_.text(keyField_));
+    for (int i = 1; row_ < total_ && (i % 256 != 0 || clock.nsecsElapsed() < budgetNs); ++i, ++row_) {
+        const bool newRun = counter_.add(rows_->valueAt(row_, keyField_).toString());
         if (counter_.overflowed()) {
             flushOutlines(); // what was stored before the error stays stored
             return fail(QStringLiteral("Error 9 (Subscript out of range)"));
         }
         if (newRun && kind_ == Kind::SQNr && !storeOutline())
             return fail(rs_.errorText());
-        rs_.next();
         ++done_;
     }
     if (!flushOutlines())
         return fail(outlines_.error().text());
-    if (!rs_.atEnd())
+    if (row_ < total_)
         return state_;
     labelOf(fields_, kind_) = QString::number(counter_.labelValue());
     rs_.close();

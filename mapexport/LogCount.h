@@ -29,6 +29,11 @@ public:
     LogCount(Station& station, LogMapFields& fields, Kind kind, const QString& bandPattern,
         const QString& searchText);
 
+    // Reads these rows instead of opening its own recordset, when they come from the same
+    // SQL text and filter and carry the ID column (the export shares its snapshot so the log
+    // is read once, not twice). Call before start(); `rows` must outlive the count.
+    void shareRows(const Recordset& rows) { shared_ = &rows; }
+
     // Opens and reads the recordset; Running when there is something to count.
     State start();
     // Counts records for about `budgetNs` nanoseconds (at least a few hundred records), then
@@ -55,6 +60,9 @@ private:
     QString bandPattern_;
     QString searchText_;
     Recordset rs_;
+    const Recordset* shared_ = nullptr;
+    const Recordset* rows_ = nullptr; // rs_ or shared_
+    int row_ = 0;
     RunCounter counter_;
     int keyField_ = -1;
     int polyField_ = -1;

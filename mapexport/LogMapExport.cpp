@@ -180,6 +180,10 @@ bool LogMapExport::step()
         }
         r.count = std::make_unique<LogCount>(
             station_, fields_, LogCount::Kind::SQNr, *r.bandPattern, r.searchText);
+        // The same query on the same band: SQNr counts the rows just read instead of reading
+        // them again; nothing was written in between, so it sees the same records.
+        if (r.rsOpen)
+            r.count->shareRows(r.rs);
         r.count->start();
         r.phase = Run::Phase::Worked;
         return true;
