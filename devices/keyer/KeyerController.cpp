@@ -41,15 +41,22 @@ void KeyerController::cmdSend_Click(const QString& text)
         QTimer::singleShot(leadMs, Qt::PreciseTimer, self.data(), [self, text] { self->startKeying(text); });
     };
     if (textDialect_) {
-        rig_.switchTransmitText(true, [keyAfter] { keyAfter(Cat::TextTransmit, 1); });
+        rig_.switchTransmitText(true, [self = QPointer(this), keyAfter] {
+            if (self)
+                self->transmitOn_ = true;
+            keyAfter(Cat::TextTransmit, 1);
+        });
     } else {
         rig_.setPtt(true);
+        transmitOn_ = true;
         keyAfter(Cat::PttOn, rig_.setup().rigPort == QLatin1String("Com2") ? 2 : 1);
     }
 }
 
 void KeyerController::startKeying(const QString& text)
 {
+    if (!sending_)
+        return; // stopped while the transmit command was on its way
     // The callback runs on the keying thread; the destructor joins that thread first.
     keyer_.start(unitMs_, text, loop_,
         [this] { QMetaObject::invokeMethod(this, &KeyerController::keyingFinished, Qt::QueuedConnection); });
@@ -58,6 +65,9 @@ void KeyerController::startKeying(const QString& text)
 void KeyerController::keyingFinished()
 {
     keyer_.wait();
+    if (!sending_)
+        return; // stopped already
+    transmitOn_ = false;
     if (textDialect_) {
         rig_.switchTransmitText(false, [self = QPointer(this)] {
             if (!self)
@@ -70,6 +80,21 @@ void KeyerController::keyingFinished()
         setTransmitState(false);
         setSending(false);
     }
+}
+
+void KeyerController::stopNow()
+{
+    keyer_.abort();
+    keyer_.wait();
+    if (transmitOn_) {
+        if (textDialect_)
+            rig_.writeTransmitText(false);
+        else
+            rig_.setPtt(false);
+        transmitOn_ = false;
+    }
+    setTransmitState(false);
+    setSending(false);
 }
 
 void KeyerController::cmdRX_Click()

@@ -34,6 +34,9 @@ public:
     void LoopStop_Click() { keyer_.requestLoopStop(); }
     // "RX ": the keyer's transmit state becomes false.
     void cmdRX_Click();
+    // Closing down: keying ends at once with the key up, and a transmitter switched on for it
+    // is switched off without the wait.
+    void stopNow();
 
     bool isSending() const { return sending_; }
     bool transmitState() const { return transmitState_; }
@@ -59,4 +62,5 @@ private:
     bool sending_ = false;
     bool transmitState_ = false;
     bool textDialect_ = false; // how transmit was switched on, so it is switched off alike
+    bool transmitOn_ = false; // the rig was switched to transmit for this sending
 };

@@ -215,8 +215,13 @@ void RigController::setPtt(bool on)
 void RigController::switchTransmitText(bool on, std::function<void()> then)
 {
     QTimer::singleShot(transmitWaitMs_, this, [this, on, then = std::move(then)] {
-        link(1).write(on ? Cat::TextTransmit : Cat::TextReceive);
+        writeTransmitText(on);
         if (then)
             then();
     });
+}
+
+void RigController::writeTransmitText(bool on)
+{
+    link(1).write(on ? Cat::TextTransmit : Cat::TextReceive);
 }

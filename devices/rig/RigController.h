@@ -60,6 +60,8 @@ public:
     // "TX1;"/"TX0;" on Com1 after the transmit-switch wait, then `then` runs (the window
     // never sleeps). The wait defaults to one second.
     void switchTransmitText(bool on, std::function<void()> then = {});
+    // "TX1;"/"TX0;" on Com1 at once (closing down: no time to wait).
+    void writeTransmitText(bool on);
     void setTransmitWaitMs(int ms) { transmitWaitMs_ = ms; }
     int transmitWaitMs() const { return transmitWaitMs_; }
 

@@ -128,3 +128,24 @@ TEST(KeyerController, RxClearsTheTransmitState)
     QSignalSpy sending(k.keyer.get(), &KeyerController::sendingChanged);
     EXPECT_TRUE(sending.wait(2000));
 }
+
+TEST(KeyerController, StopNowLiftsTheKeyAndSwitchesTransmitOffWithoutTheWait)
+{
+    KeyerRig k(true);
+    k.keyer->cmdSend_Click("ttttt");
+    EXPECT_EQ(k.received(1, 4, 0), QByteArray("TX1;"));
+    QTest::qWait(300);
+    k.keyer->stopNow();
+    EXPECT_FALSE(k.key->state());
+    EXPECT_FALSE(k.keyer->isSending());
+    EXPECT_EQ(k.received(1, 4, 0), QByteArray("TX0;"));
+    EXPECT_EQ(k.received(1, 0, 1500), QByteArray()); // nothing more comes
+    EXPECT_LT(k.key->edges().size(), 10u);
+
+    KeyerRig b(false);
+    b.keyer->cmdSend_Click("ttttt");
+    QTest::qWait(200);
+    b.keyer->stopNow();
+    EXPECT_EQ(b.received(1, 10, 0).toHex(' '), (Cat::PttOn + Cat::PttOff).toHex(' '));
+    EXPECT_FALSE(b.rig->ptt());
+}

@@ -1,5 +1,6 @@
 #include "ui/rig/StationPanels.h"
 
+#include "devices/keyer/KeyerController.h"
 #include "devices/lines/OutputLines.h"
 #include "ui/form1/Form1.h"
 #include "ui/keyer/KeyerPanel.h"
@@ -28,6 +29,8 @@ StationPanels::StationPanels(Form1& form1, std::unique_ptr<OutputLines> lines)
         rig_->restoreFromSettings();
         keyer_->restoreFromSettings();
     });
+    // The transmitter must not stay keyed when the window goes: before the ports close.
+    connect(&form1, &Form1::queryUnload, this, [this] { keyer_->controller().stopNow(); });
     connect(&form1, &Form1::writingBack, this, [this] {
         rig_->writeToSettings();
         keyer_->writeToSettings();
