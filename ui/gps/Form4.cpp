@@ -158,7 +158,9 @@ void Form4::buildUi()
         b.txtSat[i] = box(QStringLiteral("txtSat%1").arg(i).toLatin1().constData(), 30);
         used->addWidget(b.txtSat[i], 1 + (i - 1) / 4, (i - 1) % 4);
     }
-    static_cast<QGridLayout*>(gsa->layout())->addLayout(used, 5, 0, 1, 2);
+    auto* gsaGrid = static_cast<QGridLayout*>(gsa->layout());
+    gsaGrid->addLayout(used, 5, 0, 1, 2);
+    gsaGrid->setRowStretch(6, 1);
 
     lblCom3_ = new QLabel(this);
     lblCom3_->setObjectName(QStringLiteral("lblCom3"));
