@@ -19,8 +19,9 @@ bool isDigit(QChar c)
     return c >= u'0' && c <= u'9';
 }
 
-// The steps every parser shares, in their order: trim and upper-case, type test, "*" test,
-// checksum, split, and ",," -> ", ," so that an empty field holds one blank and keeps its place.
+// The steps every parser shares: trim and upper-case, type test, "*" test, then ",," -> ", ,"
+// (an empty field holds one blank and keeps its place) and the split. The checksum is tested
+// before the split, over the sentence as received, so a rejected sentence costs no splitting.
 // `text` keeps the characters the fields point into.
 bool prepare(const QString& sentence, QStringView type, QString& text, NmeaFields& fields)
 {
