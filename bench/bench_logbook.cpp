@@ -119,6 +119,7 @@ void generateLog(const QString& path, int count)
         gegrid << QStringLiteral("13.375,52.5");
     }
     DbConnection c(path);
+    c.exec(QStringLiteral("PRAGMA cache_size=-262144"));
     c.begin();
     QSqlQuery q(c.database());
     q.prepare(QStringLiteral(
@@ -157,6 +158,7 @@ int main(int argc, char** argv)
     row("new database file with schema and seed data", double(t.nsecsElapsed()) / 1e6, "");
     t.restart();
     generateLog(path, contacts);
+    DatabaseFile::checkpoint(path); // as the program's start does
     row("generating and storing the log (one transaction)", double(t.nsecsElapsed()) / 1e6, "");
     std::printf("\n");
 
@@ -255,7 +257,13 @@ int main(int argc, char** argv)
     });
     row("saving one contact (open, add new, 17 fields, update)", save, "target < 10 ms");
 
-    // The whole log in one recordset: time and memory.
+    // The whole log in one recordset: time and memory. The peak mark is reset first, so the
+    // peak below is that of loading the list alone.
+    {
+        QFile clear(QStringLiteral("/proc/self/clear_refs"));
+        if (clear.open(QIODevice::WriteOnly))
+            clear.write("5");
+    }
     const long rssBefore = statusKb("VmRSS:");
     t.restart();
     Recordset all(path);
@@ -268,10 +276,12 @@ int main(int argc, char** argv)
     std::snprintf(label, sizeof label, "whole log sorted, no filter (%d rows)", total);
     row(label, allMs, "");
     std::printf("  %-58s %9.1f MB\n", "  rows held by the recordset", double(all.memoryUse()) / 1048576.0);
-    std::printf("  %-58s %9.1f MB   target < 100 MB\n", "  process memory growth while it is open",
+    std::printf("  %-58s %9.1f MB\n", "  process memory growth while it is open",
         double(rssAfter - rssBefore) / 1024.0);
-    std::printf(
-        "  %-58s %9.1f MB\n", "  peak resident memory of the process", double(statusKb("VmHWM:")) / 1024.0);
+    std::printf("  %-58s %9.1f MB   target < 100 MB\n", "  peak memory growth while loading it",
+        double(statusKb("VmHWM:") - rssBefore) / 1024.0);
+    all.last();
+    std::printf("  %-58s %s\n", "  oldest contact (last row)", qPrintable(all.text(QStringLiteral("Date"))));
     std::printf("  %-58s %s\n", "  DXCC entity found for the last callsign", qPrintable(entity));
     return 0;
 }

@@ -146,9 +146,18 @@ DbError DatabaseFile::prepare(const QString& path)
         return c.error();
     // Files made elsewhere may still use a rollback journal; a failure here only costs speed.
     DbConnection(path).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+    checkpoint(path);
     if (!c.check(QStringLiteral("SELECT * FROM logtab")))
         return c.error();
     return {};
+}
+
+DbError DatabaseFile::checkpoint(const QString& path)
+{
+    DbConnection c(path);
+    if (!c.isOpen())
+        return c.error();
+    return c.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")) ? DbError() : c.error();
 }
 
 DbError DatabaseFile::connect(Station& station)

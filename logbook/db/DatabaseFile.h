@@ -37,6 +37,10 @@ public:
     // journalling when writable. Returns what is wrong, if anything.
     static DbError prepare(const QString& path);
 
+    // Folds the write-ahead journal (backup.db-wal) into the file, so that a copy of backup.db
+    // alone holds every contact. Done at start (by prepare) and meant for the program's end.
+    static DbError checkpoint(const QString& path);
+
     // Done when the logbook window object is created: resolves the file for this process,
     // prepares it, keeps its path as Station::dbConnection (the connection text every database
     // user reads) and shows any problem through the station's prompts.

@@ -1,0 +1,172 @@
+#include "logbook/adif/AdifBands.h"
+
+#include "logbook/entry/BandTable.h"
+
+#include <array>
+#include <cmath>
+
+namespace {
+
+struct Range {
+    const char* name;
+    double low;
+    double high;
+};
+// ADIF's band list with its edges in MHz.
+constexpr std::array<Range, 33> Ranges = { {
+    { "2190m", 0.1357, 0.1378 },
+    { "630m", 0.472, 0.479 },
+    { "560m", 0.501, 0.504 },
+    { "160m", 1.8, 2.0 },
+    { "80m", 3.5, 4.0 },
+    { "60m", 5.06, 5.45 },
+    { "40m", 7.0, 7.3 },
+    { "30m", 10.1, 10.15 },
+    { "20m", 14.0, 14.35 },
+    { "17m", 18.068, 18.168 },
+    { "15m", 21.0, 21.45 },
+    { "12m", 24.89, 24.99 },
+    { "10m", 28.0, 29.7 },
+    { "8m", 40.0, 45.0 },
+    { "6m", 50.0, 54.0 },
+    { "5m", 54.000001, 69.9 },
+    { "4m", 70.0, 71.0 },
+    { "2m", 144.0, 148.0 },
+    { "1.25m", 222.0, 225.0 },
+    { "70cm", 420.0, 450.0 },
+    { "33cm", 902.0, 928.0 },
+    { "23cm", 1240.0, 1300.0 },
+    { "13cm", 2300.0, 2450.0 },
+    { "9cm", 3300.0, 3500.0 },
+    { "6cm", 5650.0, 5925.0 },
+    { "3cm", 10000.0, 10500.0 },
+    { "1.25cm", 24000.0, 24250.0 },
+    { "6mm", 47000.0, 47200.0 },
+    { "4mm", 75500.0, 81000.0 },
+    { "2.5mm", 119980.0, 123000.0 },
+    { "2mm", 134000.0, 149000.0 },
+    { "1mm", 241000.0, 250000.0 },
+    { "submm", 300000.0, 7500000.0 },
+} };
+
+struct TableBand {
+    const char* adif;
+    const char* freq;
+};
+// The band buttons 0..20 in ADIF terms.
+constexpr std::array<TableBand, 21> Table = { {
+    { "160m", "1.840" },
+    { "80m", "3.600" },
+    { "40m", "7.050" },
+    { "30m", "10.140" },
+    { "20m", "14.200" },
+    { "17m", "18.110" },
+    { "15m", "21.150" },
+    { "12m", "24.950" },
+    { "10m", "28.400" },
+    { "6m", "50" },
+    { "2m", "144" },
+    { "70cm", "432" },
+    { "23cm", "1296" },
+    { "13cm", "2320" },
+    { "9cm", "3400" },
+    { "6cm", "5760" },
+    { "3cm", "10368" },
+    { "1.25cm", "24048" },
+    { "6mm", "47088" },
+    { "4mm", "76032" },
+    { "2.5mm", "122250" },
+} };
+
+// The text a band button's filter finds: the pattern without its "%" ("10140" stays whole).
+QString filterText(int index)
+{
+    QString p = BandTable::pattern(index);
+    if (p.endsWith(QLatin1Char('%')))
+        p.chop(1);
+    return p;
+}
+
+QString number(double v)
+{
+    QString s = QString::number(v, 'f', 6);
+    while (s.endsWith(QLatin1Char('0')))
+        s.chop(1);
+    if (s.endsWith(QLatin1Char('.')))
+        s.chop(1);
+    return s;
+}
+
+// The log's text of a frequency: kHz below 30 MHz, whole MHz above.
+QString textOfFrequency(double mhz)
+{
+    return mhz < 30.0 ? QString::number(std::llround(mhz * 1000.0))
+                      : QString::number(std::llround(std::floor(mhz)));
+}
+
+} // namespace
+
+namespace AdifBands {
+
+bool isAdifBand(const QString& name)
+{
+    for (const Range& r : Ranges) {
+        if (name.compare(QLatin1String(r.name), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+QString bandOfFrequency(double mhz)
+{
+    for (const Range& r : Ranges) {
+        if (mhz >= r.low && mhz <= r.high)
+            return QString::fromLatin1(r.name);
+    }
+    return QString();
+}
+
+AdifBand fromBandText(const QString& bandText)
+{
+    const QString t = bandText.trimmed();
+    for (int i = 0; i < int(Table.size()); ++i) {
+        if (t == filterText(i) || t == BandTable::bandText(BandTable::pattern(i)))
+            return { QString::fromLatin1(Table[std::size_t(i)].adif),
+                QString::fromLatin1(Table[std::size_t(i)].freq) };
+    }
+    bool ok = false;
+    const double v = t.toDouble(&ok);
+    if (!ok || v <= 0.0)
+        return {};
+    // A short-wave band in kHz first ("14074"), else MHz ("145", "1296").
+    const QString hf = bandOfFrequency(v / 1000.0);
+    if (!hf.isEmpty() && v / 1000.0 < 30.0)
+        return { hf, number(v / 1000.0) };
+    const QString band = bandOfFrequency(v);
+    if (!band.isEmpty())
+        return { band, number(v) };
+    return {};
+}
+
+QString bandTextFor(const QString& adifBand, const QString& freq)
+{
+    bool ok = false;
+    const double mhz = freq.trimmed().toDouble(&ok);
+    const bool haveFreq = ok && mhz > 0.0;
+    QString band = adifBand.trimmed();
+    if ((band.isEmpty() || !isAdifBand(band)) && haveFreq)
+        band = bandOfFrequency(mhz);
+    for (int i = 0; i < int(Table.size()); ++i) {
+        if (band.compare(QLatin1String(Table[std::size_t(i)].adif), Qt::CaseInsensitive) == 0)
+            return filterText(i);
+    }
+    if (haveFreq)
+        return textOfFrequency(mhz);
+    for (const Range& r : Ranges) {
+        if (band.compare(QLatin1String(r.name), Qt::CaseInsensitive) == 0)
+            return textOfFrequency(r.low);
+    }
+    return QString();
+}
+
+} // namespace AdifBands

@@ -1,0 +1,49 @@
+#pragma once
+// One contact as the ADIF import and export see it: the logtab columns they read and write,
+// by the column names of the log.
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+struct AdifContact {
+    QString date; // yyyy-MM-dd as stored
+    QString gmt;
+    QString callsign;
+    QString grid;
+    QString rsts;
+    QString rstr;
+    QString band;
+    QString mode;
+    QString nam;
+    QString comment;
+    QString qsl;
+    QString prop;
+    QString dxcc;
+    QVariant qrb; // km; invalid when unknown
+    QVariant qtf; // degrees; invalid when unknown
+    QString qslman;
+    // Further columns of the log that ADIF has fields for.
+    QString freq;
+    QString txPwr;
+    QString antenna;
+    QString myCall;
+    QString myGrid;
+    QString contest;
+    QString nrSent;
+    QString nrRcvd;
+    QString qslSent;
+    QString qslRcvd;
+    QString cont;
+    QString cqZone;
+    QString ituZone;
+    QString remarks;
+    // Map texts (written for contacts with a locator).
+    QString geData;
+    QString geGridXY;
+
+    // The column names, in the order of values().
+    static const QStringList& columns();
+    QVariantList values() const;
+    // Fills the contact from values in the order of columns().
+    void setValue(int column, const QVariant& value);
+};

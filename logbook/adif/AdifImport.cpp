@@ -1,0 +1,224 @@
+#include "logbook/adif/AdifImport.h"
+
+#include "logbook/adif/AdifContact.h"
+#include "logbook/adif/AdifMapping.h"
+#include "logbook/db/DbConnection.h"
+#include "logbook/entry/ContactSave.h"
+#include "logbook/entry/ContactSummary.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+
+AdifImport::AdifImport(const QString& connection, LocatorProcedure locate)
+    : connection_(connection)
+    , locate_(std::move(locate))
+{
+}
+
+AdifImport::~AdifImport() = default;
+
+qint64 AdifImport::done() const
+{
+    return reader_ ? reader_->position() : 0;
+}
+
+qint64 AdifImport::total() const
+{
+    return reader_ ? reader_->size() : 0;
+}
+
+QString AdifImport::duplicateKey(
+    const QString& callsign, const QString& date, const QString& time, const QString& band)
+{
+    return callsign.toUpper() + QLatin1Char('|') + date + QLatin1Char('|') + ContactSummary::timeText(time)
+        + QLatin1Char('|') + band;
+}
+
+AdifImport::State AdifImport::fail(const DbError& e)
+{
+    error_ = e.isError() ? e : DbError { 1, QStringLiteral("unknown error") };
+    return state_ = State::Failed;
+}
+
+AdifImport::State AdifImport::start(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return fail({ DbErrorNumber::NoFile,
+            QStringLiteral("The ADIF file cannot be read: %1 (%2)").arg(path, file.errorString()) });
+    return startData(file.readAll(), QFileInfo(path).fileName());
+}
+
+AdifImport::State AdifImport::startData(QByteArray data, const QString& name)
+{
+    name_ = name;
+    reader_ = std::make_unique<AdifReader>(std::move(data));
+    if (!prepareTable())
+        return state_;
+    dxccLoaded_ = dxcc_.load(connection_); // without a prefix list the entity stays empty
+    return state_ = State::Running;
+}
+
+// Learns which columns the log has (an old log lacks the map columns) and the contacts
+// already in it.
+bool AdifImport::prepareTable()
+{
+    DbConnection c(connection_);
+    if (!c.isOpen()) {
+        fail(c.error());
+        return false;
+    }
+    QSqlQuery q(c.database());
+    q.setForwardOnly(true);
+    QSet<QString> present;
+    if (q.exec(QStringLiteral("PRAGMA table_info(logtab)"))) {
+        while (q.next())
+            present.insert(q.value(1).toString().toLower());
+    }
+    if (present.isEmpty()) {
+        fail({ DbErrorNumber::NoSuchField, QStringLiteral("The database has no table logtab.") });
+        return false;
+    }
+    const QStringList& all = AdifContact::columns();
+    QStringList marks;
+    for (int i = 0; i < all.size(); ++i) {
+        if (!present.contains(all[i].toLower()))
+            continue;
+        columns_ << all[i];
+        columnIndex_ << i;
+        marks << QStringLiteral("?");
+    }
+    insertSql_ = QStringLiteral("INSERT INTO logtab (%1) VALUES (%2)")
+                     .arg(columns_.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+    if (q.exec(QStringLiteral("SELECT Callsign, Date, GMT, Band FROM logtab"))) {
+        while (q.next())
+            known_.insert(duplicateKey(
+                q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString()));
+    }
+    return true;
+}
+
+void AdifImport::refuse(const AdifRecord& record, const QString& reason)
+{
+    refusals_.append({ record.line, record.value(QStringLiteral("CALL")).trimmed().toUpper(), reason });
+}
+
+bool AdifImport::complete(AdifContact& c)
+{
+    if (c.dxcc.isEmpty() && dxccLoaded_)
+        c.dxcc = dxcc_.entityFor(c.callsign);
+    MapPosition p;
+    if (c.grid.isEmpty() || !locate_ || !locate_(c.grid, p))
+        return true;
+    c.qrb = ContactSave::storedNumber(p.distanceKm);
+    c.qtf = ContactSave::storedNumber(p.bearing);
+    c.geGridXY = p.coordText;
+    SummaryValues v;
+    v.callsign = c.callsign;
+    v.band = c.band;
+    v.date = c.date;
+    v.time = c.gmt;
+    v.rsts = c.rsts;
+    v.rstr = c.rstr;
+    v.distanceKm = p.distanceKm;
+    v.bearing = p.bearing;
+    v.qsl = c.qsl;
+    v.prop = c.prop;
+    v.comment = c.comment;
+    c.geData = ContactSummary::text(v);
+    return true;
+}
+
+AdifImport::State AdifImport::step(qint64 budgetNs)
+{
+    if (state_ != State::Running)
+        return state_;
+    QElapsedTimer clock;
+    clock.start();
+    DbConnection c(connection_);
+    if (!c.isOpen() || !c.begin())
+        return fail(c.error());
+    QSqlQuery insert(c.database());
+    if (!insert.prepare(insertSql_)) {
+        const QSqlError e = insert.lastError();
+        c.rollback();
+        return fail(DbConnection::sqliteError(e.nativeErrorCode().toInt(), e.databaseText(), connection_));
+    }
+    int added = 0;
+    AdifRecord record;
+    AdifContact contact;
+    bool more = true;
+    for (int i = 1; (i % 64 != 0 || clock.nsecsElapsed() < budgetNs) && (more = reader_->next(record)); ++i) {
+        QString reason;
+        if (!AdifMapping::toContact(record, contact, &reason)) {
+            refuse(record, reason);
+            continue;
+        }
+        const QString key = duplicateKey(contact.callsign, contact.date, contact.gmt, contact.band);
+        if (known_.contains(key)) {
+            refuse(record, QStringLiteral("the contact is already in the log"));
+            continue;
+        }
+        complete(contact);
+        const QVariantList values = contact.values();
+        for (int k = 0; k < columnIndex_.size(); ++k)
+            insert.bindValue(k, values[columnIndex_[k]]);
+        if (!insert.exec()) {
+            const QSqlError e = insert.lastError();
+            insert.finish();
+            c.rollback();
+            return fail(
+                DbConnection::sqliteError(e.nativeErrorCode().toInt(), e.databaseText(), connection_));
+        }
+        known_.insert(key);
+        ++added;
+    }
+    insert.finish();
+    if (!c.commit()) {
+        const DbError e = c.error();
+        c.rollback();
+        return fail(e);
+    }
+    imported_ += added;
+    if (!more)
+        state_ = State::Done;
+    return state_;
+}
+
+void AdifImport::cancel()
+{
+    if (state_ == State::Running)
+        state_ = State::Cancelled;
+}
+
+QString AdifImport::refusalList() const
+{
+    QStringList lines;
+    for (const AdifRefusal& r : refusals_)
+        lines << QStringLiteral("line %1 (%2): %3")
+                     .arg(r.line)
+                     .arg(r.callsign.isEmpty() ? QStringLiteral("no call") : r.callsign, r.reason);
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString AdifImport::report(int maxLines) const
+{
+    QString text = QStringLiteral("%1 records imported from %2, %3 refused")
+                       .arg(imported_)
+                       .arg(name_)
+                       .arg(refusals_.size());
+    if (state_ == State::Cancelled)
+        text += QStringLiteral(" (the import was stopped before the end of the file)");
+    if (refusals_.isEmpty())
+        return text + QLatin1Char('.');
+    text += QLatin1Char(':');
+    const QStringList lines = refusalList().split(QLatin1Char('\n'));
+    for (int i = 0; i < lines.size() && i < maxLines; ++i)
+        text += QLatin1Char('\n') + lines[i];
+    if (lines.size() > maxLines)
+        text += QStringLiteral("\n... and %1 more.").arg(lines.size() - maxLines);
+    return text;
+}

@@ -1,0 +1,152 @@
+#include "logbook/adif/AdifReader.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+QString decode(const QByteArray& bytes)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString s = utf8.decode(bytes);
+    return utf8.hasError() ? QString::fromLatin1(bytes) : s;
+}
+
+} // namespace
+
+AdifReader::AdifReader(QByteArray data)
+    : data_(std::move(data))
+{
+    skipHeader();
+}
+
+void AdifReader::advanceTo(qint64 pos)
+{
+    pos = std::min<qint64>(pos, data_.size());
+    line_ += int(std::count(data_.constBegin() + pos_, data_.constBegin() + pos, '\n'));
+    pos_ = pos;
+}
+
+bool AdifReader::hasHeaderEnd() const
+{
+    for (qint64 at = data_.indexOf('<'); at >= 0 && at + 5 <= data_.size(); at = data_.indexOf('<', at + 1)) {
+        if (data_.mid(at, 5).toLower() == "<eoh>")
+            return true;
+    }
+    return false;
+}
+
+void AdifReader::skipHeader()
+{
+    // A file that begins with "<" has no header.
+    if (data_.isEmpty() || data_.front() == '<')
+        return;
+    if (!hasHeaderEnd())
+        return; // no header end: read records from the start
+    while (pos_ < data_.size()) {
+        const Parsed p = parseTag();
+        if (p.tag == Tag::EndOfHeader || p.tag == Tag::None)
+            return;
+        if (p.tag == Tag::Field)
+            header_.insert(p.name, p.value);
+    }
+}
+
+AdifReader::Parsed AdifReader::parseTag()
+{
+    Parsed p;
+    const qint64 open = data_.indexOf('<', pos_);
+    if (open < 0) {
+        advanceTo(data_.size());
+        return p;
+    }
+    for (qint64 i = pos_; i < open && !p.junk; ++i)
+        p.junk = !std::isspace(static_cast<unsigned char>(data_[i]));
+    advanceTo(open);
+    p.line = line_;
+    const qint64 close = data_.indexOf('>', open);
+    // A tag runs to its ">"; a "<" before it means the ">" was lost.
+    const qint64 nextOpen = data_.indexOf('<', open + 1);
+    if (close < 0 || (nextOpen >= 0 && nextOpen < close)) {
+        p.tag = Tag::Damaged;
+        p.error = QStringLiteral("a field tag is not closed by \">\"");
+        advanceTo(open + 1);
+        return p;
+    }
+    const QByteArray inside = data_.mid(open + 1, close - open - 1).trimmed();
+    const QList<QByteArray> parts = inside.split(':');
+    const QString name = QString::fromLatin1(parts[0].trimmed()).toUpper();
+    advanceTo(close + 1);
+    if (parts.size() == 1) {
+        if (name == QLatin1String("EOR"))
+            p.tag = Tag::EndOfRecord;
+        else if (name == QLatin1String("EOH"))
+            p.tag = Tag::EndOfHeader;
+        else {
+            p.tag = Tag::Damaged;
+            p.error = QStringLiteral("the tag <%1> has no length").arg(QString::fromLatin1(inside));
+        }
+        return p;
+    }
+    bool ok = false;
+    const qint64 length = parts[1].trimmed().toLongLong(&ok);
+    if (name.isEmpty() || !ok || length < 0 || parts.size() > 3) {
+        p.tag = Tag::Damaged;
+        p.error = QStringLiteral("the tag <%1> is not of the form <NAME:length>")
+                      .arg(QString::fromLatin1(inside));
+        return p;
+    }
+    if (close + 1 + length > data_.size()) {
+        p.tag = Tag::Damaged;
+        p.error = QStringLiteral("the value of %1 runs past the end of the file").arg(name);
+        advanceTo(data_.size());
+        return p;
+    }
+    p.tag = Tag::Field;
+    p.name = name;
+    p.value = decode(data_.mid(close + 1, length));
+    advanceTo(close + 1 + length);
+    return p;
+}
+
+bool AdifReader::next(AdifRecord& record)
+{
+    record = AdifRecord();
+    QString lastField;
+    while (true) {
+        const Parsed p = parseTag();
+        if (record.line == 0 && p.tag != Tag::None)
+            record.line = p.line;
+        // Only blanks stand between fields: other text means a length did not fit its value.
+        if (p.junk && !lastField.isEmpty() && record.error.isEmpty())
+            record.error
+                = QStringLiteral("text follows the value of %1 (is its length right?)").arg(lastField);
+        lastField = p.tag == Tag::Field ? p.name : QString();
+        switch (p.tag) {
+        case Tag::None:
+            if (record.fields.isEmpty() && record.error.isEmpty())
+                return false;
+            if (record.error.isEmpty())
+                record.error = QStringLiteral("the record is not ended by <EOR>");
+            return true;
+        case Tag::EndOfRecord:
+            if (record.fields.isEmpty() && record.error.isEmpty()) {
+                record.line = 0; // an empty record: nothing to report
+                continue;
+            }
+            return true;
+        case Tag::EndOfHeader:
+            continue; // a second header end is harmless
+        case Tag::Damaged:
+            if (record.error.isEmpty())
+                record.error = p.error;
+            continue; // read on to this record's <EOR>
+        case Tag::Field:
+            if (record.error.isEmpty())
+                record.fields.insert(p.name, p.value);
+            continue;
+        }
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+// Reads an ADIF file (.adi): an optional header ended by <EOH>, then records of fields
+// "<NAME:length[:type]>value" ended by <EOR>. Names are taken without case; the length counts
+// bytes; values are UTF-8 (Latin-1 when they are not valid UTF-8). A record with a damaged
+// field is reported with the line it starts on and the reason, and reading goes on with the
+// next record, so one bad record never costs the good ones.
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+struct AdifRecord {
+    int line = 0; // line of the record's first field, from 1
+    QHash<QString, QString> fields; // upper-case name -> value
+    QString error; // why the record is damaged; empty for a good one
+
+    QString value(const QString& name) const { return fields.value(name); }
+    bool has(const QString& name) const { return fields.contains(name); }
+};
+
+class AdifReader {
+public:
+    explicit AdifReader(QByteArray data);
+
+    // The next record; false at the end of the data.
+    bool next(AdifRecord& record);
+
+    qint64 position() const { return pos_; }
+    qint64 size() const { return data_.size(); }
+    // The header's fields (ADIF_VER, PROGRAMID, ...).
+    const QHash<QString, QString>& header() const { return header_; }
+
+private:
+    enum class Tag { Field, EndOfRecord, EndOfHeader, Damaged, None };
+    struct Parsed {
+        Tag tag = Tag::None;
+        QString name;
+        QString value;
+        QString error;
+        int line = 0;
+        bool junk = false; // text other than blanks before the tag
+    };
+    Parsed parseTag();
+    void advanceTo(qint64 pos);
+    void skipHeader();
+    bool hasHeaderEnd() const;
+
+    QByteArray data_;
+    qint64 pos_ = 0;
+    int line_ = 1;
+    QHash<QString, QString> header_;
+};

@@ -1,0 +1,31 @@
+#pragma once
+// The save of the entry line: one new logtab row with its fields in the window's order, the
+// distance, bearing and coordinate text left by the last locator entered (the save does not
+// compute them), and the GEdata summary. No field is checked: an empty callsign is saved so.
+#include "logbook/db/DbError.h"
+#include "logbook/entry/EntryLine.h"
+#include "logbook/entry/MapPosition.h"
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+struct SavedField {
+    QString column;
+    QVariant value;
+};
+
+namespace ContactSave {
+inline const QString NoNewRecordset = QStringLiteral("No new Recorset available");
+
+// Date, GMT, Callsign, Grid, rsts, rstr, Band, mode, Nam, Comment, QSL, Prop, DXCC, QRB, QTF,
+// GEdata, GEgridXY, in this order. The date goes in as yyyy-MM-dd (so the list sorts by it).
+QList<SavedField> fields(const EntryLine& line, const MapPosition& stored);
+// The GEdata text of the entry line.
+QString summary(const EntryLine& line, const MapPosition& stored);
+// A single-precision value as stored: the number its default text shows.
+double storedNumber(float value);
+
+// Appends the row through a recordset on "SELECT * FROM logtab"; the error when it failed.
+DbError save(const QString& connection, const QList<SavedField>& fields);
+} // namespace ContactSave
