@@ -2,7 +2,7 @@
 
 #include "core/ExtensionSettings.h"
 #include "devices/lines/GpioLine.h"
-#include "devices/lines/LineSpec.h"
+#include "devices/lines/LineChoice.h"
 #include "devices/lines/LinesLog.h"
 #include "devices/lines/ModemControlLine.h"
 #include "devices/lines/NoLine.h"
@@ -28,20 +28,20 @@ std::unique_ptr<OutputLines> OutputLines::fromSettings()
         { Role::Up, ExtensionKey::UpLine } };
     for (const auto& w : wanted) {
         QString problem;
-        const LineSpec spec = LineSpec::parse(ExtensionSettings::value(w.key), &problem);
+        const LineChoice choice = LineChoice::parse(ExtensionSettings::value(w.key), &problem);
         std::shared_ptr<DigitalLine> line;
-        if (spec.kind == LineSpec::Kind::Dtr || spec.kind == LineSpec::Kind::Rts) {
-            auto& port = ports[spec.port];
+        if (choice.kind == LineChoice::Kind::Dtr || choice.kind == LineChoice::Kind::Rts) {
+            auto& port = ports[choice.port];
             if (!port)
-                port = ModemControlPort::open(spec.port, &problem);
+                port = ModemControlPort::open(choice.port, &problem);
             if (port)
                 line = std::make_shared<ModemControlLine>(port,
-                    spec.kind == LineSpec::Kind::Dtr ? ModemControlPort::Signal::Dtr
-                                                     : ModemControlPort::Signal::Rts);
+                    choice.kind == LineChoice::Kind::Dtr ? ModemControlPort::Signal::Dtr
+                                                         : ModemControlPort::Signal::Rts);
             else
-                ports.remove(spec.port);
-        } else if (spec.kind == LineSpec::Kind::Gpio) {
-            line = GpioLine::open(spec.chip, spec.line, &problem);
+                ports.remove(choice.port);
+        } else if (choice.kind == LineChoice::Kind::Gpio) {
+            line = GpioLine::open(choice.chip, choice.line, &problem);
         }
         if (!problem.isEmpty()) {
             const QString text = QStringLiteral("Kestrel.ini %1: %2").arg(w.key, problem);

@@ -1,7 +1,7 @@
 #include "devices/lines/OutputLines.h"
 #include "core/ExtensionSettings.h"
+#include "devices/lines/LineChoice.h"
 #include "devices/lines/LinePulser.h"
-#include "devices/lines/LineSpec.h"
 #include "devices/lines/RecordingLine.h"
 #include "sim/pty/PtyPair.h"
 #include "tests/support/TempDir.h"
@@ -10,30 +10,30 @@
 
 using namespace std::chrono;
 
-TEST(LineSpec, ReadsEveryBackendAndRefusesOtherTexts)
+TEST(LineChoice, ReadsEveryBackendAndRefusesOtherTexts)
 {
     QString problem;
-    EXPECT_EQ(LineSpec::parse("", &problem).kind, LineSpec::Kind::None);
+    EXPECT_EQ(LineChoice::parse("", &problem).kind, LineChoice::Kind::None);
     EXPECT_EQ(problem, QString());
-    EXPECT_EQ(LineSpec::parse(" None ").kind, LineSpec::Kind::None);
+    EXPECT_EQ(LineChoice::parse(" None ").kind, LineChoice::Kind::None);
 
-    LineSpec s = LineSpec::parse("dtr:/dev/ttyUSB0");
-    EXPECT_EQ(s.kind, LineSpec::Kind::Dtr);
+    LineChoice s = LineChoice::parse("dtr:/dev/ttyUSB0");
+    EXPECT_EQ(s.kind, LineChoice::Kind::Dtr);
     EXPECT_EQ(s.port, QString("/dev/ttyUSB0"));
-    s = LineSpec::parse("RTS:3");
-    EXPECT_EQ(s.kind, LineSpec::Kind::Rts);
+    s = LineChoice::parse("RTS:3");
+    EXPECT_EQ(s.kind, LineChoice::Kind::Rts);
     EXPECT_EQ(s.port, QString("3"));
     EXPECT_EQ(s.toText(), QString("rts:3"));
-    s = LineSpec::parse("gpio:gpiochip0:17");
-    EXPECT_EQ(s.kind, LineSpec::Kind::Gpio);
+    s = LineChoice::parse("gpio:gpiochip0:17");
+    EXPECT_EQ(s.kind, LineChoice::Kind::Gpio);
     EXPECT_EQ(s.chip, QString("gpiochip0"));
     EXPECT_EQ(s.line, 17u);
     EXPECT_EQ(s.toText(), QString("gpio:gpiochip0:17"));
-    EXPECT_EQ(LineSpec::parse("gpio:/dev/gpiochip1:4").chip, QString("/dev/gpiochip1"));
+    EXPECT_EQ(LineChoice::parse("gpio:/dev/gpiochip1:4").chip, QString("/dev/gpiochip1"));
 
     for (const char* bad : { "dtr:", "dtr", "usb:0:16", "gpio:gpiochip0", "gpio:gpiochip0:x", "gpio::3" }) {
-        const LineSpec b = LineSpec::parse(bad, &problem);
-        EXPECT_EQ(b.kind, LineSpec::Kind::None) << bad;
+        const LineChoice b = LineChoice::parse(bad, &problem);
+        EXPECT_EQ(b.kind, LineChoice::Kind::None) << bad;
         EXPECT_TRUE(problem.contains(QString::fromLatin1(bad))) << problem.toStdString();
     }
 }

@@ -1,4 +1,4 @@
-#include "devices/lines/LineSpec.h"
+#include "devices/lines/LineChoice.h"
 
 namespace {
 QString badText(const QString& text)
@@ -9,7 +9,7 @@ QString badText(const QString& text)
 }
 } // namespace
 
-LineSpec LineSpec::parse(const QString& text, QString* problem)
+LineChoice LineChoice::parse(const QString& text, QString* problem)
 {
     const QString t = text.trimmed();
     if (problem)
@@ -20,11 +20,11 @@ LineSpec LineSpec::parse(const QString& text, QString* problem)
     const qsizetype colon = t.indexOf(QLatin1Char(':'));
     const QString kind = t.left(colon).trimmed().toLower();
     const QString rest = colon < 0 ? QString() : t.mid(colon + 1).trimmed();
-    LineSpec spec;
+    LineChoice choice;
     if ((kind == QLatin1String("dtr") || kind == QLatin1String("rts")) && !rest.isEmpty()) {
-        spec.kind = kind == QLatin1String("dtr") ? Kind::Dtr : Kind::Rts;
-        spec.port = rest;
-        return spec;
+        choice.kind = kind == QLatin1String("dtr") ? Kind::Dtr : Kind::Rts;
+        choice.port = rest;
+        return choice;
     }
     if (kind == QLatin1String("gpio")) {
         const qsizetype last = rest.lastIndexOf(QLatin1Char(':'));
@@ -32,10 +32,10 @@ LineSpec LineSpec::parse(const QString& text, QString* problem)
         const uint line = last < 0 ? 0 : rest.mid(last + 1).trimmed().toUInt(&ok);
         const QString chip = last < 0 ? QString() : rest.left(last).trimmed();
         if (ok && !chip.isEmpty()) {
-            spec.kind = Kind::Gpio;
-            spec.chip = chip;
-            spec.line = line;
-            return spec;
+            choice.kind = Kind::Gpio;
+            choice.chip = chip;
+            choice.line = line;
+            return choice;
         }
     }
     if (problem)
@@ -43,7 +43,7 @@ LineSpec LineSpec::parse(const QString& text, QString* problem)
     return {};
 }
 
-QString LineSpec::toText() const
+QString LineChoice::toText() const
 {
     switch (kind) {
     case Kind::Dtr:

@@ -3,7 +3,7 @@
 // "rts:<port>" or "gpio:<chip>:<line>" (port text as for the serial ports: a number or a path).
 #include <QString>
 
-struct LineSpec {
+struct LineChoice {
     enum class Kind { None, Dtr, Rts, Gpio };
 
     Kind kind = Kind::None;
@@ -13,8 +13,8 @@ struct LineSpec {
 
     // Empty or "none" gives Kind::None. On a text it cannot read: nullopt-like result with
     // kind None and *problem set to one sentence quoting the text.
-    static LineSpec parse(const QString& text, QString* problem = nullptr);
+    static LineChoice parse(const QString& text, QString* problem = nullptr);
     QString toText() const;
 
-    bool operator==(const LineSpec&) const = default;
+    bool operator==(const LineChoice&) const = default;
 };
