@@ -94,8 +94,10 @@ void ClusterClient::feed(const QByteArray& bytes)
         return;
     terminal_.feed(bytes);
     for (const QString& line : terminal_.takeEndedLines()) {
-        if (auto spot = parseSpotLine(line))
+        if (auto spot = parseSpotLine(line)) {
             pendingSpots_.append(*spot);
+            ++spotsParsed_;
+        }
     }
     if (pendingSpots_.size() > spots_->maxSpots())
         pendingSpots_.remove(0, pendingSpots_.size() - spots_->maxSpots());

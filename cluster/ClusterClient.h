@@ -22,6 +22,8 @@ public:
     SpotTableModel* spots() const { return spots_; }
     const ClusterServer& server() const { return server_; }
     bool isConnected() const;
+    // Spots parsed since this client was made (the table keeps only the newest).
+    qint64 spotsParsed() const { return spotsParsed_; }
 
     // Closes and resets the socket, then connects to the server.
     void connectTo(const ClusterServer& server);
@@ -63,4 +65,5 @@ private:
     bool connected_ = false;
     bool quiet_ = false; // our own abort: no notice
     bool reported_ = false;
+    qint64 spotsParsed_ = 0;
 };
