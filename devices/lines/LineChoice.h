@@ -11,8 +11,8 @@ struct LineChoice {
     QString chip; // Gpio: name, path, label or number of the chip
     unsigned line = 0; // Gpio: offset on the chip
 
-    // Empty or "none" gives Kind::None. On a text it cannot read: nullopt-like result with
-    // kind None and *problem set to one sentence quoting the text.
+    // Empty or "none" gives Kind::None. A text it cannot read also gives Kind::None, with
+    // *problem set to one sentence quoting the text.
     static LineChoice parse(const QString& text, QString* problem = nullptr);
     QString toText() const;
 

@@ -55,6 +55,7 @@ KeyerPanel::KeyerPanel(Station& station, RigController& rig, OutputLines& lines,
     optSpeed_ = new OptionGroup({ "50 lpm", "60 lpm", "70 lpm" }, Qt::Horizontal, this);
     optSpeed_->setObjectName(QStringLiteral("OptSpeed"));
     optSpeed_->setTitle(QStringLiteral("CW speed"));
+    optSpeed_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     optSpeed_->setValue(keyer_->speedIndex());
 
     auto* grid = new QGridLayout(this);
@@ -67,6 +68,7 @@ KeyerPanel::KeyerPanel(Station& station, RigController& rig, OutputLines& lines,
     grid->addWidget(cwLoop_, 3, 0);
     grid->addWidget(loopStop, 3, 1);
     grid->addWidget(optSpeed_, 4, 0, 1, 4);
+    grid->setRowStretch(5, 1);
 
     for (int i = 1; i <= optSpeed_->count(); ++i)
         connect(

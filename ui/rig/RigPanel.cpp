@@ -7,6 +7,7 @@
 #include "ui/widgets/OptionGroup.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -20,6 +21,7 @@ OptionGroup* group(const QString& name, const QString& title, const QStringList&
     auto* g = new OptionGroup(captions, Qt::Horizontal, parent);
     g->setObjectName(name);
     g->setTitle(title);
+    g->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     return g;
 }
 
@@ -69,7 +71,7 @@ RigPanel::RigPanel(Station& station, StationPorts& ports, QWidget* parent)
     big.setPointSizeF(big.pointSizeF() * 1.8);
     big.setBold(true);
     formatFre_->setFont(big);
-    formatFre_->setMinimumWidth(130);
+    formatFre_->setMinimumWidth(110);
     formatFre_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     optBandV_->setValue(2);
 
@@ -79,10 +81,16 @@ RigPanel::RigPanel(Station& station, StationPorts& ports, QWidget* parent)
     grid->addWidget(optBandV_, 1, 0, 1, 3);
     grid->addWidget(optBandR_, 2, 0, 1, 3);
     grid->addWidget(optQRG_, 3, 0, 1, 3);
+    auto* display = new QHBoxLayout;
+    display->addStretch(1);
+    display->addWidget(formatFre_);
+    display->addWidget(new QLabel(QStringLiteral("MHz"), this));
+    display->addStretch(1);
     grid->addWidget(freqDwn_, 4, 0);
-    grid->addWidget(formatFre_, 4, 1);
+    grid->addLayout(display, 4, 1);
     grid->addWidget(freqUp_, 4, 2);
     grid->addWidget(txRx_, 5, 0, 1, 3);
+    grid->setRowStretch(6, 1);
 
     onClick(optFT847_, [this](int i) { rig_->OptFT847_Click(i); });
     onClick(optBandV_, [this](int i) { rig_->OptBandV_Click(i); });
