@@ -39,7 +39,8 @@ QslRunOutcome QslPrintRun::run(const QString& connection, const QString& letter,
     } else if (!read.failed) {
         out.notes << QStringLiteral("No contacts with QSL \"%1\" to print.").arg(letter);
     }
-    design.setTexts(QslCards::cleared());
+    if (read.hasRows)
+        design.setTexts(QslCards::cleared()); // an empty selection leaves what the operator typed
 
     if (read.failed) {
         out.messages << QslText::NoRecordset;

@@ -136,7 +136,11 @@ TEST_F(QslPrinting, SeveralContactsWithOneStationShareACardWithItsManager)
 TEST_F(QslPrinting, NothingSelectedPrintsNothingAndChangesNoLabel)
 {
     addContacts(db, { { "01.03.2026", "20:00", "DL1AA", "144", "Q" } });
+    design.setText(CardName::Callsign, QStringLiteral("typed"));
     const QslRunOutcome out = run(QStringLiteral("T"));
+    EXPECT_EQ(design.text(CardName::Callsign).toStdString(), "typed");
+    ASSERT_EQ(out.notes.size(), 1);
+    EXPECT_EQ(out.notes[0].toStdString(), "No contacts with QSL \"T\" to print.");
     EXPECT_FALSE(out.hasRows);
     EXPECT_EQ(out.cards, 0);
     EXPECT_TRUE(out.messages.isEmpty());
