@@ -1,0 +1,3 @@
+#include "beacons/BeaconsLog.h"
+
+Q_LOGGING_CATEGORY(lcBeacons, "kestrel.beacons")
