@@ -1,6 +1,6 @@
 #include "tests/cluster/WindowFixture.h"
 
-#include "ui/cluster/ClusterOptionGroup.h"
+#include "ui/widgets/OptionGroup.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -8,6 +8,14 @@
 #include <QTcpSocket>
 
 namespace {
+
+// A radio button takes clicks on its indicator and caption only, not on the rest of its width.
+void clickOption(OptionGroup* group, int index)
+{
+    QRadioButton* b = group->button(index);
+    ASSERT_NE(b, nullptr);
+    QTest::mouseClick(b, Qt::LeftButton, {}, QPoint(6, b->height() / 2));
+}
 
 QList<QByteArray> fileLines(const TempDir& dir)
 {
@@ -26,8 +34,8 @@ TEST(ClusterWindow, CarriesEveryNamedControl)
     for (const char* name :
         { "cmdConnect", "cmdDisconnect", "cmdSendmessage", "cmdTCP", "Cmdrefresh", "Initial", "cmdExit" })
         EXPECT_NE(f.window->findChild<QPushButton*>(name), nullptr) << name;
-    EXPECT_NE(f.window->findChild<ClusterOptionGroup*>("uSc_MultiOption1"), nullptr);
-    EXPECT_NE(f.window->findChild<ClusterOptionGroup*>("uSc_MultiOption2"), nullptr);
+    EXPECT_NE(f.window->findChild<OptionGroup*>("uSc_MultiOption1"), nullptr);
+    EXPECT_NE(f.window->findChild<OptionGroup*>("uSc_MultiOption2"), nullptr);
     EXPECT_NE(f.window->findChild<QTcpSocket*>("socket"), nullptr);
     EXPECT_EQ(f.child<QLabel>("lblState")->text(), QString("Connected to 127.0.0.1:%1").arg(f.node.port()));
 }
@@ -94,12 +102,12 @@ TEST(ClusterWindow, SpotLinesCutTheLocatorAndCarryEachTag)
     EXPECT_EQ(lineD->text(), "dx 144300.0 DL1ABC<Tr>JO62QM");
     EXPECT_EQ(lineB->text(), "dx 144174.0 SP9ABC JO90KA<Tr>JO62QM");
 
-    auto* tags = f.child<ClusterOptionGroup>("uSc_MultiOption2");
-    QTest::mouseClick(tags->button(2), Qt::LeftButton);
+    auto* tags = f.child<OptionGroup>("uSc_MultiOption2");
+    clickOption(tags, 2);
     EXPECT_EQ(lineD->text(), "dx 144300.0 DL1ABC<Rs>JO62QM");
     EXPECT_EQ(lineB->text(), "dx 144174.0 SP9ABC JO90KA<Rs>JO62QM");
     EXPECT_EQ(fileLines(f.dir)[26], "2\r");
-    QTest::mouseClick(tags->button(3), Qt::LeftButton);
+    clickOption(tags, 3);
     EXPECT_EQ(lineD->text(), "dx 144300.0 DL1ABC<Es>JO62QM");
     EXPECT_EQ(lineB->text(), "dx 144174.0 SP9ABC JO90KA<Es>JO62QM");
     EXPECT_EQ(f.station.settings.intAt(Setting::ClusterOption2), 3);
@@ -118,16 +126,16 @@ TEST(ClusterWindow, OptionsRestoredAtLoadAndSendTheChosenLine)
     f.station.spotQrg = "50110.0";
     f.station.spotCall = "VK4ABC";
     f.open();
-    auto* spotChoice = f.child<ClusterOptionGroup>("uSc_MultiOption1");
+    auto* spotChoice = f.child<OptionGroup>("uSc_MultiOption1");
     EXPECT_EQ(spotChoice->value(), 2);
-    EXPECT_EQ(f.child<ClusterOptionGroup>("uSc_MultiOption2")->value(), 3);
+    EXPECT_EQ(f.child<OptionGroup>("uSc_MultiOption2")->value(), 3);
     EXPECT_EQ(f.child<QLineEdit>("txtMessageB")->text(), "dx 50110.0 VK4ABC <Es>JO62QM");
 
     f.click("cmdSendmessage");
     QByteArray expected = "dx 50110.0 VK4ABC <Es>JO62QM\r\n";
     EXPECT_TRUE(f.node.waitForReceived(expected));
 
-    QTest::mouseClick(spotChoice->button(1), Qt::LeftButton);
+    clickOption(spotChoice, 1);
     EXPECT_EQ(f.station.settings.intAt(Setting::ClusterOption1), 1);
     EXPECT_EQ(fileLines(f.dir)[25], "1\r");
     f.child<QLineEdit>("txtmessageD")->setText("dx 7030.0 K2ABC edited by hand");

@@ -60,9 +60,8 @@ ClusterWindow::ClusterWindow(Station& station, QWidget* parent)
             openSettings_();
     });
     connect(ui_->cmdExit, &QPushButton::clicked, this, &QWidget::close);
-    connect(
-        ui_->uSc_MultiOption1, &ClusterOptionGroup::valueChanged, this, &ClusterWindow::optionSpotChanged);
-    connect(ui_->uSc_MultiOption2, &ClusterOptionGroup::valueChanged, this, &ClusterWindow::optionTagChanged);
+    connect(ui_->uSc_MultiOption1, &OptionGroup::valueChanged, this, &ClusterWindow::optionSpotChanged);
+    connect(ui_->uSc_MultiOption2, &OptionGroup::valueChanged, this, &ClusterWindow::optionTagChanged);
     connect(ui_->cboBand, &QComboBox::currentIndexChanged, this,
         [this] { filter_->setBand(ui_->cboBand->currentData().toString()); });
     connect(ui_->tblSpots, &QTableView::doubleClicked, this, &ClusterWindow::spotActivated);
