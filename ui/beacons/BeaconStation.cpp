@@ -1,0 +1,53 @@
+#include "ui/beacons/BeaconStation.h"
+
+#include "devices/rig/RigController.h"
+#include "ui/beacons/BeaconPanel.h"
+#include "ui/form1/Form1.h"
+#include "ui/rig/RigPanel.h"
+#include "ui/rig/StationPanels.h"
+#include "ui/rotator/RotatorPanel.h"
+
+#include <QLineEdit>
+
+BeaconStation::BeaconStation(Form1& form1, StationPanels& panels, MapViewer* viewer)
+    : QObject(&form1)
+    , panel_(new BeaconPanel(form1.station(), viewer))
+{
+    form1.placePanel(Form1::Area::Beacons, panel_);
+
+    BeaconHooks hooks;
+    hooks.openSettings = [&form1] { form1.showWindow(QStringLiteral("mnuInitial")); };
+    // rigBandHandler stays unset: the microwave band handler only records the band, and running
+    // it would set the preset flag, which stays clear until the first band click after start-up.
+    hooks.aimAt = [&form1](const QString& locator) -> std::optional<int> {
+        form1.ui().Locator->setText(locator);
+        if (!form1.showBearingAndDistance())
+            return std::nullopt;
+        return form1.ui().Text160->text().toInt();
+    };
+    hooks.followBand = [&panels](const BeaconTuning& tuning) {
+        RigPanel& rigPanel = panels.rig();
+        RigController& rig = rigPanel.controller();
+        if (tuning.band.vhfOption == 0) {
+            rigPanel.clickBandR(tuning.band.microwaveOption);
+            return;
+        }
+        // The rig takes over the beacon's frequency: with the preset flag clear the band click
+        // keeps it and sends it, and the operator's next band click keeps it as well.
+        if (tuning.counter)
+            rig.setCounter(*tuning.counter);
+        rig.setPresetFlag(false);
+        rigPanel.clickBandV(tuning.band.vhfOption);
+        rig.setPresetFlag(false);
+    };
+    hooks.turnTo = [&form1, &panels](int degrees) {
+        form1.ui().Text160->setText(QString::number(degrees));
+        panels.rotator().Antennedrehen();
+    };
+    panel_->setHooks(std::move(hooks));
+
+    connect(&form1, &Form1::restoring, panel_, &BeaconPanel::restoreFromSettings);
+    connect(&form1, &Form1::loaded, panel_, &BeaconPanel::LoadBeaconList);
+    connect(&form1, &Form1::activated, panel_, &BeaconPanel::activate);
+    connect(&form1, &Form1::writingBack, panel_, &BeaconPanel::writeToSettings);
+}
