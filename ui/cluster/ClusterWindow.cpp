@@ -4,6 +4,7 @@
 #include "cluster/ClusterClient.h"
 #include "cluster/SpotFilterModel.h"
 #include "cluster/SpotLines.h"
+#include "cluster/SpotTableModel.h"
 #include "core/Station.h"
 #include "core/StationConfig.h"
 #include "ui/cluster/UpperCaseValidator.h"
@@ -11,6 +12,7 @@
 
 #include <QCloseEvent>
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QSignalBlocker>
@@ -33,7 +35,14 @@ ClusterWindow::ClusterWindow(Station& station, QWidget* parent)
 
     filter_->setSourceModel(client_->spots());
     ui_->tblSpots->setModel(filter_);
-    ui_->tblSpots->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    // Widths from the font, not from the contents: measuring 1000 rows on every batch is slow.
+    QHeaderView* header = ui_->tblSpots->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::Interactive);
+    const QFontMetrics fm = ui_->tblSpots->fontMetrics();
+    const char* const widest[]
+        = { "0000Z", "10368100.0", "OZ7IGY/B/P", "OK1XYZ-#", "JO90KA<TR>JO70FD 559", "1.25m" };
+    for (int column = 0; column < SpotTableModel::ColumnCount; ++column)
+        header->resizeSection(column, fm.horizontalAdvance(QString::fromLatin1(widest[column])) + 16);
     ui_->tblSpots->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
     ui_->cboBand->addItem(QStringLiteral("All bands"), QString());
     for (const QString& band : BandPlan::bandNames())
