@@ -11,6 +11,7 @@ namespace {
 const QString AppBand = QStringLiteral("APP_KESTREL_BAND");
 const QString AppQsl = QStringLiteral("APP_KESTREL_QSL");
 const QString AppProp = QStringLiteral("APP_KESTREL_PROP");
+const QString AppFreq = QStringLiteral("APP_KESTREL_FREQ");
 
 // ADIF's PROP_MODE values.
 const QStringList PropModes = { "AS", "AUE", "AUR", "BS", "ECH", "EME", "ES", "F2", "FAI", "GWAVE",
@@ -46,6 +47,12 @@ bool sameNumber(const QString& a, const QString& b)
     const double x = a.toDouble(&okA);
     const double y = b.toDouble(&okB);
     return okA && okB && qFuzzyCompare(x, y);
+}
+
+// The Freq column keeps a frequency the band text does not already say.
+QString freqColumn(const QString& freq, const QString& band)
+{
+    return freq.isEmpty() || sameNumber(freq, AdifBands::fromBandText(band).freq) ? QString() : freq;
 }
 
 } // namespace
@@ -220,6 +227,8 @@ QByteArray recordText(const AdifContact& c)
         out += field("APP_KESTREL_QSL", c.qsl);
     if (propCode(prop) != c.prop)
         out += field("APP_KESTREL_PROP", c.prop);
+    if (freqColumn(freq, c.band) != c.freq)
+        out += field("APP_KESTREL_FREQ", c.freq);
     out += "<EOR>\n";
     return out;
 }
@@ -256,9 +265,7 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason)
                 ? QStringLiteral("no BAND and no FREQ")
                 : QStringLiteral("band \"%1\" / frequency \"%2\" is not an amateur band")
                       .arg(bandName, freq));
-    // The Freq column keeps a frequency the band text does not already say.
-    if (!freq.isEmpty() && !sameNumber(freq, AdifBands::fromBandText(c.band).freq))
-        c.freq = freq;
+    c.freq = r.has(AppFreq) ? r.value(AppFreq) : freqColumn(freq, c.band);
     c.grid = r.value(QStringLiteral("GRIDSQUARE")).trimmed().toUpper();
     if (!c.grid.isEmpty() && !Locator::isValid(c.grid))
         return refuse(

@@ -8,7 +8,7 @@
 //   ITUZone, Remarks (FREQ, TX_PWR, MY_ANTENNA, STATION_CALLSIGN, MY_GRIDSQUARE, CONTEST_ID,
 //   STX(_STRING), SRX(_STRING), QSLSDATE, QSLRDATE, CONT, CQZ, ITUZ, NOTES).
 // Where the standard fields cannot carry a value exactly (the band text "1014", the QSL letter
-// "D", a propagation code ADIF does not know), the export adds APP_KESTREL_BAND, _QSL or _PROP,
+// "D", a propagation code ADIF does not know), the export adds APP_KESTREL_BAND, _QSL, _PROP or _FREQ,
 // which the import prefers, so a file written here reads back unchanged.
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifReader.h"

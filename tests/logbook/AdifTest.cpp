@@ -1,0 +1,364 @@
+// ADIF: reading records (damaged ones included), the field mapping both ways, and import and
+// export against real database files, with a round trip of 1 000 generated contacts.
+#include "EntryTestDb.h"
+#include "logbook/adif/AdifBands.h"
+#include "logbook/adif/AdifExport.h"
+#include "logbook/adif/AdifImport.h"
+#include "logbook/adif/AdifMapping.h"
+#include "logbook/adif/AdifReader.h"
+#include "logbook/adif/DxccMatcher.h"
+#include "logbook/db/LogbookSchema.h"
+#include "logbook/entry/ContactSave.h"
+
+#include <QRandomGenerator>
+
+namespace {
+
+QList<AdifRecord> readAll(const QByteArray& data, QHash<QString, QString>* header = nullptr)
+{
+    AdifReader reader(data);
+    QList<AdifRecord> out;
+    AdifRecord r;
+    while (reader.next(r))
+        out << r;
+    if (header)
+        *header = reader.header();
+    return out;
+}
+
+AdifImport::State importData(AdifImport& import, const QByteArray& data)
+{
+    AdifImport::State s = import.startData(data, "test.adi");
+    while (s == AdifImport::State::Running)
+        s = import.step(50'000'000);
+    return s;
+}
+
+AdifExport::State exportTo(AdifExport& exporter, const QString& path)
+{
+    AdifExport::State s = exporter.start(path);
+    while (s == AdifExport::State::Running)
+        s = exporter.step(50'000'000);
+    return s;
+}
+
+} // namespace
+
+TEST(AdifRead, HeaderFieldsTypesCaseAndBytes)
+{
+    QHash<QString, QString> header;
+    const QByteArray file = "Exported by a logger <adif_ver:5>3.1.4\n<PROGRAMID:4>Test <eoh>\n"
+                            "<call:6>DL1ABC <QSO_DATE:8:D>20261115 <Comment:6>Gr\xc3\xbc\xc3\x9f <EOR>\n"
+                            "<EOR>\n<CALL:5>G4ABC<eor>";
+    const QList<AdifRecord> records = readAll(file, &header);
+    EXPECT_EQ(header.value("ADIF_VER"), "3.1.4");
+    EXPECT_EQ(header.value("PROGRAMID"), "Test");
+    ASSERT_EQ(records.size(), 2);
+    EXPECT_EQ(records[0].line, 3);
+    EXPECT_EQ(records[0].value("CALL"), "DL1ABC");
+    EXPECT_EQ(records[0].value("QSO_DATE"), "20261115");
+    EXPECT_EQ(records[0].value("COMMENT"), QString::fromUtf8("Grüß"));
+    EXPECT_TRUE(records[0].error.isEmpty());
+    EXPECT_EQ(records[1].line, 5);
+    EXPECT_EQ(records[1].value("CALL"), "G4ABC");
+}
+
+TEST(AdifRead, NoHeaderAndLatinOneValues)
+{
+    const QList<AdifRecord> records = readAll("<CALL:6>DL1ABC <NAME:5>J\xfcrgn <EOR>");
+    ASSERT_EQ(records.size(), 1);
+    EXPECT_EQ(records[0].value("NAME"), QString::fromUtf8("Jürgn"));
+}
+
+TEST(AdifRead, DamagedRecordsAreNamedAndTheNextOnesRead)
+{
+    const QByteArray file = "h <EOH>\n"
+                            "<CALL:4>DL1ABC <EOR>\n" // line 2: the length does not fit
+                            "<CALL:6>DL2ABC <QSO_DATE 8>20261115 <EOR>\n" // line 3
+                            "<CALL:6>DL3ABC <QSO_DATE:x>20261115 <EOR>\n" // line 4
+                            "<CALL:6>DL4ABC <BAND:2 2m <EOR>\n" // line 5: no ">"
+                            "<CALL:6>DL5ABC <EOR>\n" // line 6: good
+                            "<CALL:6>DL6ABC <COMMENT:40>short";
+    const QList<AdifRecord> r = readAll(file);
+    ASSERT_EQ(r.size(), 6);
+    EXPECT_EQ(r[0].line, 2);
+    EXPECT_EQ(r[0].error, "text follows the value of CALL (is its length right?)");
+    EXPECT_EQ(r[1].error, "the tag <QSO_DATE 8> has no length");
+    EXPECT_EQ(r[2].error, "the tag <QSO_DATE:x> is not of the form <NAME:length>");
+    EXPECT_EQ(r[3].error, "a field tag is not closed by \">\"");
+    EXPECT_EQ(r[4].line, 6);
+    EXPECT_TRUE(r[4].error.isEmpty());
+    EXPECT_EQ(r[4].value("CALL"), "DL5ABC");
+    EXPECT_EQ(r[5].line, 7);
+    EXPECT_EQ(r[5].error, "the value of COMMENT runs past the end of the file");
+    EXPECT_EQ(readAll("<CALL:6>DL1ABC ")[0].error, "the record is not ended by <EOR>");
+}
+
+TEST(AdifMap, DatesTimesQslPropagationModes)
+{
+    EXPECT_EQ(AdifMapping::dateFromAdif("20261115"), "2026-11-15");
+    EXPECT_EQ(AdifMapping::dateFromAdif("20261315"), "");
+    EXPECT_EQ(AdifMapping::dateToAdif("15.11.2026"), "20261115");
+    EXPECT_EQ(AdifMapping::dateToAdif("2026-11-15"), "20261115");
+    EXPECT_EQ(AdifMapping::timeFromAdif("1820"), "18:20");
+    EXPECT_EQ(AdifMapping::timeFromAdif("182007"), "18:20:07");
+    EXPECT_EQ(AdifMapping::timeFromAdif("2460"), "");
+    EXPECT_EQ(AdifMapping::timeToAdif("18:20:07"), "182007");
+    EXPECT_EQ(AdifMapping::timeToAdif("18:20"), "1820");
+
+    const QList<std::tuple<QString, QString, QString>> qsl
+        = { { "Q", "Y", "Y" }, { "T", "Q", "Y" }, { "Y", "Q", "N" }, { "S", "R", "N" }, { "N", "Y", "N" } };
+    for (const auto& [letter, sent, rcvd] : qsl) {
+        EXPECT_EQ(AdifMapping::qslStatus(letter).sent, sent) << letter.toStdString();
+        EXPECT_EQ(AdifMapping::qslStatus(letter).rcvd, rcvd) << letter.toStdString();
+        EXPECT_EQ(AdifMapping::qslLetter(sent, rcvd), letter);
+    }
+    EXPECT_EQ(AdifMapping::qslLetter("N", "V"), "T");
+    EXPECT_EQ(AdifMapping::qslLetter("", ""), "");
+
+    EXPECT_EQ(AdifMapping::propMode("Tr"), "TR");
+    EXPECT_EQ(AdifMapping::propMode("Au"), "AUR");
+    EXPECT_EQ(AdifMapping::propMode("Ms"), "MS");
+    EXPECT_EQ(AdifMapping::propMode("xx"), "");
+    EXPECT_EQ(AdifMapping::propCode("TR"), "Tr");
+    EXPECT_EQ(AdifMapping::propCode("AUE"), "Au");
+    EXPECT_EQ(AdifMapping::propCode("EME"), "EME");
+
+    EXPECT_EQ(AdifMapping::modeFields("USB"), qMakePair(QString("SSB"), QString("USB")));
+    EXPECT_EQ(AdifMapping::modeFields("FT4"), qMakePair(QString("MFSK"), QString("FT4")));
+    EXPECT_EQ(AdifMapping::modeFields("CW"), qMakePair(QString("CW"), QString()));
+    EXPECT_EQ(AdifMapping::field("CALL", QString::fromUtf8("Gr\u00fc")), QByteArray("<CALL:4>Gr\xc3\xbc "));
+    EXPECT_EQ(AdifMapping::field("CALL", ""), QByteArray());
+}
+
+TEST(AdifMap, BandTextsAndAdifBands)
+{
+    EXPECT_EQ(AdifBands::fromBandText("14200").band, "20m");
+    EXPECT_EQ(AdifBands::fromBandText("14200").freq, "14.200");
+    EXPECT_EQ(AdifBands::fromBandText("1014").band, "30m");
+    EXPECT_EQ(AdifBands::fromBandText("34").freq, "3400");
+    EXPECT_EQ(AdifBands::fromBandText("144").band, "2m");
+    EXPECT_EQ(AdifBands::fromBandText("14074").freq, "14.074");
+    EXPECT_EQ(AdifBands::fromBandText("145").band, "2m");
+    EXPECT_EQ(AdifBands::fromBandText("10100").band, "30m");
+    EXPECT_EQ(AdifBands::fromBandText("abc").band, "");
+    EXPECT_EQ(AdifBands::bandTextFor("20m", ""), "14200");
+    EXPECT_EQ(AdifBands::bandTextFor("30M", ""), "10140"); // the text the 30 m filter finds
+    EXPECT_EQ(AdifBands::bandTextFor("", "144.3"), "144");
+    EXPECT_EQ(AdifBands::bandTextFor("", "3400.1"), "34");
+    EXPECT_EQ(AdifBands::bandTextFor("60m", "5.357"), "5357");
+    EXPECT_EQ(AdifBands::bandTextFor("4m", ""), "70");
+    EXPECT_EQ(AdifBands::bandTextFor("11m", ""), "");
+    EXPECT_EQ(AdifBands::bandTextFor("", "27.5"), "27500");
+}
+
+TEST(AdifMatch, LikeRulesAndTableOrder)
+{
+    EXPECT_TRUE(DxccMatcher::like("DL1ABC", "DL%"));
+    EXPECT_TRUE(DxccMatcher::like("dl1abc", "DL%"));
+    EXPECT_TRUE(DxccMatcher::like("DL1ABC", "D_1%C"));
+    EXPECT_FALSE(DxccMatcher::like("DL1ABC", "DL"));
+    EXPECT_TRUE(DxccMatcher::like("EA8/DL1ABC", "%/DL%"));
+    DxccMatcher m;
+    m.add("EA8%", "Canary Islands");
+    m.add("%/B", "Beacon");
+    m.add("EA%", "Spain");
+    EXPECT_EQ(m.entityFor("EA8AB"), "Canary Islands");
+    EXPECT_EQ(m.entityFor("EA1AB"), "Spain");
+    EXPECT_EQ(m.entityFor("EA1AB/B"), "Beacon");
+    EXPECT_EQ(m.entityFor("ZZ9"), "");
+}
+
+TEST(AdifImportFile, GoodRecordsComeInAndBadOnesAreListed)
+{
+    EntryTestDb db;
+    const QByteArray file
+        = "Test file\n<EOH>\n"
+          "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <EOR>\n"
+          "<CALL:6>DL2ABC <QSO_DATE:8>20261315 <TIME_ON:4>1820 <BAND:2>2m <EOR>\n"
+          "<CALL:4>DL3ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <EOR>\n"
+          "<CALL:6>DL4ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <GRIDSQUARE:4>SO62 <BAND:2>2m <EOR>\n"
+          "<CALL:6>DL5ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:3>11m <EOR>\n"
+          "<QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <EOR>\n"
+          "<CALL:6>DL7ABC <QSO_DATE:8>20261115 <TIME_ON:4>1821 <FREQ:6>14.074 <EOR>\n"
+          "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:6>182059 <BAND:2>2M <EOR>\n"
+          "<CALL:6>DL8ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <COMMENT:40>short";
+    AdifImport import(db.path(), db.locator());
+    ASSERT_EQ(importData(import, file), AdifImport::State::Done) << import.error().text().toStdString();
+    EXPECT_EQ(import.imported(), 2);
+    EXPECT_EQ(import.report(),
+        "2 records imported from test.adi, 7 refused:\n"
+        "line 4 (DL2ABC): QSO_DATE \"20261315\" is not a date (YYYYMMDD)\n"
+        "line 5 (DL3A): text follows the value of CALL (is its length right?)\n"
+        "line 6 (DL4ABC): GRIDSQUARE \"SO62\" is not a locator\n"
+        "line 7 (DL5ABC): band \"11m\" / frequency \"\" is not an amateur band\n"
+        "line 8 (no call): no CALL\n"
+        "line 10 (DL1ABC): the contact is already in the log\n"
+        "line 11 (DL8ABC): the value of COMMENT runs past the end of the file");
+    const QList<Row> rows = db.rows({ "Callsign", "Band", "Freq", "GMT", "DXCC" });
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_EQ(rows[0]["Band"].toString(), "144");
+    EXPECT_EQ(rows[0]["DXCC"].toString(), "Fed. Rep. of Germany"); // no COUNTRY: from the prefix list
+    EXPECT_EQ(rows[1]["Callsign"].toString(), "DL7ABC");
+    EXPECT_EQ(rows[1]["Band"].toString(), "14200");
+    EXPECT_EQ(rows[1]["Freq"].toString(), "14.074");
+    EXPECT_EQ(rows[1]["GMT"].toString(), "18:21");
+    EXPECT_EQ(import.report(2).count('\n'), 3);
+    EXPECT_TRUE(import.report(2).endsWith("... and 5 more."));
+}
+
+TEST(AdifImportFile, LocatorsGetDistanceBearingAndMapTexts)
+{
+    EntryTestDb db;
+    const QByteArray file
+        = "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:6>jo62qm "
+          "<RST_SENT:2>59 "
+          "<RST_RCVD:2>57 <QSL_SENT:1>Q <QSL_RCVD:1>N <PROP_MODE:2>TR <COMMENT:3>tnx <COUNTRY:7>Germany "
+          "<EOR>\n"
+          "<CALL:5>G4ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <DISTANCE:5>321.5 <EOR>\n";
+    AdifImport import(db.path(), db.locator());
+    ASSERT_EQ(importData(import, file), AdifImport::State::Done);
+    const QList<Row> rows = db.rows({ "Grid", "QRB", "QTF", "GEdata", "GEgridXY", "DXCC", "QSL", "Prop" });
+    ASSERT_EQ(rows.size(), 2);
+    MapPosition p;
+    ASSERT_TRUE(db.locator()("JO62QM", p));
+    EXPECT_EQ(rows[0]["Grid"].toString(), "JO62QM");
+    EXPECT_EQ(rows[0]["QRB"].toDouble(), ContactSave::storedNumber(p.distanceKm));
+    EXPECT_EQ(rows[0]["QTF"].toDouble(), ContactSave::storedNumber(p.bearing));
+    EXPECT_EQ(rows[0]["GEgridXY"].toString(), p.coordText);
+    EXPECT_TRUE(rows[0]["GEdata"].toString().startsWith(
+        "Log: DL1ABC 144 kHz  15.11.2026 18:20 rsts:59 rstr:57 QRB:"));
+    EXPECT_TRUE(rows[0]["GEdata"].toString().endsWith(" QSL: Y Prop:Tr tnx"));
+    EXPECT_EQ(rows[0]["DXCC"].toString(), "Germany");
+    EXPECT_EQ(rows[1]["QRB"].toDouble(), 321.5);
+    EXPECT_TRUE(rows[1]["QTF"].isNull());
+    EXPECT_TRUE(rows[1]["GEdata"].isNull());
+    EXPECT_EQ(rows[1]["DXCC"].toString(), "England");
+}
+
+TEST(AdifImportFile, AnOldLogWithoutMapColumnsAndAMissingFile)
+{
+    TempDir dir;
+    const QString path = dir.file("old.db");
+    DbConnection c(path, DbConnection::DefaultBusyTimeoutMs, true);
+    ASSERT_TRUE(c.exec(LogbookSchema::oldLogtab()));
+    ASSERT_TRUE(c.exec(LogbookSchema::dxccTable()));
+    AdifImport import(path, {});
+    ASSERT_EQ(importData(import,
+                  "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:4>JO62 <EOR>"),
+        AdifImport::State::Done)
+        << import.error().text().toStdString();
+    EXPECT_EQ(import.imported(), 1);
+
+    AdifImport missing(path, {});
+    EXPECT_EQ(missing.start(dir.file("none.adi")), AdifImport::State::Failed);
+    EXPECT_TRUE(missing.error().description.startsWith("The ADIF file cannot be read"));
+}
+
+TEST(AdifRoundTrip, ThousandContactsKeepEveryMappedField)
+{
+    EntryTestDb from;
+    EntryTestDb to;
+    QRandomGenerator rng(2026);
+    auto pick = [&rng](const QStringList& list) { return list[rng.bounded(int(list.size()))]; };
+    const QStringList bands = { "1840", "3600", "7050", "1014", "10140", "14200", "18110", "21150", "24950",
+        "28400", "50", "144", "432", "1296", "2320", "34", "5760", "10368", "24048", "47088", "76032",
+        "122250", "14074", "145" };
+    const QStringList grids
+        = { "", "JO62QM", "JN48", "IO91WM", "KP20", "FN31PR", "JO31AB12", "RR73", "AA00AA" };
+    QList<Row> contacts;
+    for (int i = 0; i < 1000; ++i) {
+        const QString grid = pick(grids);
+        Row r { { "Date", QDate(2020, 1, 1).addDays(rng.bounded(2500)).toString("yyyy-MM-dd") },
+            { "GMT", QTime(0, 0).addSecs(rng.bounded(86400)).toString("HH:mm:ss") },
+            { "Callsign", QStringLiteral("%1%2AB").arg(pick({ "DL", "G", "EA8", "K", "JA" })).arg(i) },
+            { "Grid", grid }, { "rsts", pick({ "59", "599", "55", "" }) },
+            { "rstr", pick({ "57", "579", "" }) }, { "Band", pick(bands) },
+            { "mode", pick({ "SSB", "CW", "FM", "FT8", "FT4", "USB", "" }) },
+            { "Nam", pick({ "Hans", QString::fromUtf8("Jürgen"), "", "O'Neill" }) },
+            { "Comment", pick({ "tnx", "<b> & \"quotes\"", "", QString::fromUtf8("73 de ÅÄÖ") }) },
+            { "QSL", pick({ "Y", "S", "T", "Q", "N", "D", "B", "q", "" }) },
+            { "Prop", pick({ "Tr", "Rs", "Es", "Au", "Ms", "", "EME", "tr" }) },
+            { "DXCC", pick({ "Fed. Rep. of Germany", "England", "Canary Islands" }) },
+            { "QSLman", pick({ "", "DL9XX" }) }, { "Freq", pick({ "", "", "14.074", "144.3" }) },
+            { "TxPwr", pick({ "", "100" }) }, { "Antenna", pick({ "", "4x17el" }) },
+            { "MyCall", pick({ "", "N0CALL" }) }, { "MyGrid", pick({ "", "JN48OW" }) },
+            { "Contest", pick({ "", "DARC-VHF" }) }, { "NrSent", pick({ "", "001", "12A" }) },
+            { "NrRcvd", pick({ "", "123", "7B" }) }, { "QSLsent", pick({ "", "20261120" }) },
+            { "QSLrcvd", pick({ "", "20261201" }) }, { "Cont", pick({ "", "EU" }) },
+            { "CQZone", rng.bounded(3) ? QVariant(14) : QVariant() },
+            { "ITUZone", rng.bounded(3) ? QVariant(28) : QVariant() },
+            { "Remarks", pick({ "", "first on 24 GHz" }) } };
+        MapPosition p;
+        if (!grid.isEmpty() && from.locator()(grid, p)) {
+            r["QRB"] = ContactSave::storedNumber(p.distanceKm);
+            r["QTF"] = ContactSave::storedNumber(p.bearing);
+        } else {
+            r["QRB"] = rng.bounded(3) ? QVariant(rng.bounded(20000) / 8.0) : QVariant();
+        }
+        contacts << r;
+    }
+    ASSERT_TRUE(from.add(contacts));
+
+    AdifExport exporter(from.path(), QString());
+    const QString file = from.dir.file("log.adi");
+    ASSERT_EQ(exportTo(exporter, file), AdifExport::State::Done) << exporter.error().text().toStdString();
+    EXPECT_EQ(exporter.report(), "1000 records written to log.adi.");
+    AdifImport import(to.path(), to.locator());
+    AdifImport::State s = import.start(file);
+    while (s == AdifImport::State::Running)
+        s = import.step(50'000'000);
+    ASSERT_EQ(s, AdifImport::State::Done);
+    EXPECT_EQ(import.imported(), 1000) << import.report().toStdString();
+
+    const QStringList mapped
+        = { "Date", "GMT", "Callsign", "Grid", "rsts", "rstr", "Band", "mode", "Nam", "Comment", "QSL",
+              "Prop", "DXCC", "QRB", "QTF", "QSLman", "Freq", "TxPwr", "Antenna", "MyCall", "MyGrid",
+              "Contest", "NrSent", "NrRcvd", "QSLsent", "QSLrcvd", "Cont", "CQZone", "ITUZone", "Remarks" };
+    auto byCall = [&](const EntryTestDb& db) {
+        QHash<QString, Row> out;
+        for (const Row& r : db.rows(mapped))
+            out.insert(r["Callsign"].toString(), r);
+        return out;
+    };
+    const QHash<QString, Row> before = byCall(from);
+    const QHash<QString, Row> after = byCall(to);
+    ASSERT_EQ(after.size(), 1000);
+    int differences = 0;
+    for (auto it = before.cbegin(); it != before.cend(); ++it) {
+        const Row& a = it.value();
+        const Row& b = after.value(it.key());
+        for (const QString& column : mapped) {
+            const QVariant x = a.value(column);
+            const QVariant y = b.value(column);
+            // NULL and empty text are the same in ADIF: an empty field is not written.
+            const bool same = (x.isNull() || x.toString().isEmpty()) ? (y.isNull() || y.toString().isEmpty())
+                                                                     : x.toString() == y.toString();
+            if (!same && ++differences < 10)
+                ADD_FAILURE() << it.key().toStdString() << " " << column.toStdString() << ": "
+                              << x.toString().toStdString() << " -> " << y.toString().toStdString();
+        }
+    }
+    EXPECT_EQ(differences, 0);
+}
+
+TEST(AdifRoundTrip, ExportOfOneBandAndAFailedExportKeepsTheOldFile)
+{
+    EntryTestDb db;
+    ASSERT_TRUE(db.add({ { { "Callsign", "DL1ABC" }, { "Band", "144" }, { "Date", "2026-11-15" } },
+        { { "Callsign", "G4ABC" }, { "Band", "14200" }, { "Date", "2026-11-14" } } }));
+    AdifExport band(db.path(), "144%");
+    const QString path = db.dir.file("band.adi");
+    ASSERT_EQ(exportTo(band, path), AdifExport::State::Done);
+    const QByteArray text = db.dir.read("band.adi");
+    EXPECT_TRUE(text.startsWith("Kestrel logbook export\n<ADIF_VER:5>3.1.4 \n<PROGRAMID:7>Kestrel \n"));
+    EXPECT_TRUE(text.contains("<EOH>\n<CALL:6>DL1ABC <QSO_DATE:8>20261115 <BAND:2>2m <FREQ:3>144 <EOR>\n"));
+    EXPECT_FALSE(text.contains("G4ABC"));
+
+    AdifExport cancelled(db.path(), QString());
+    ASSERT_EQ(cancelled.start(path), AdifExport::State::Running);
+    cancelled.cancel();
+    EXPECT_EQ(db.dir.read("band.adi"), text);
+    AdifExport nowhere(db.path(), QString());
+    EXPECT_EQ(nowhere.start(db.dir.file("no/such/dir/x.adi")), AdifExport::State::Failed);
+}
