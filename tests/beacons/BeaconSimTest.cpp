@@ -1,1 +1,154 @@
-// Filled in below.
+// End to end with kestrel-sim: the main window with the rig, rotator and beacon panels on the
+// simulated station's pseudo-terminals; choosing a beacon must leave the simulated rotator on
+// the bearing the window shows and the simulated rig on the beacon's frequency.
+#include "devices/lines/OutputLines.h"
+#include "devices/link/QtSerialLink.h"
+#include "devices/rig/RigController.h"
+#include "logbook/db/RecordsetModel.h"
+#include "mapexport/MapViewer.h"
+#include "tests/beacons/BeaconDb.h"
+#include "ui/beacons/BeaconGrid.h"
+#include "ui/beacons/BeaconPanel.h"
+#include "ui/beacons/BeaconStation.h"
+#include "ui/form1/Form1.h"
+#include "ui/rig/RigPanel.h"
+#include "ui/rig/StationPanels.h"
+#include "ui/widgets/OptionGroup.h"
+
+#include <QLineEdit>
+#include <QProcess>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+// kestrel-sim writing its Kestrel.txt/Kestrel.ini into the test's directory.
+class Sim {
+public:
+    explicit Sim(const QString& dir)
+    {
+        process.start(qEnvironmentVariable("KESTREL_BUILD_DIR") + QStringLiteral("/sim/kestrel-sim"),
+            { QStringLiteral("--write-config"), dir, QStringLiteral("--rotator-rate"),
+                QStringLiteral("90") });
+        if (!process.waitForStarted(5000))
+            return;
+        for (QString line = readLine(); !line.isEmpty(); line = readLine())
+            if (line == QLatin1String("ready")) {
+                ready = true;
+                break;
+            }
+    }
+    ~Sim()
+    {
+        process.terminate();
+        if (!process.waitForFinished(3000))
+            process.kill();
+    }
+    QString readLine()
+    {
+        QDeadlineTimer deadline(5000);
+        while (!process.canReadLine() && !deadline.hasExpired())
+            if (!process.waitForReadyRead(50))
+                QCoreApplication::processEvents();
+        return QString::fromLocal8Bit(process.readLine()).trimmed();
+    }
+    QString status(const QString& device)
+    {
+        process.write("status\n");
+        QString found;
+        for (QString line = readLine(); !line.isEmpty() && line != QLatin1String("end"); line = readLine())
+            if (line.section(QLatin1Char(' '), 0, 0) == device)
+                found = line.section(QLatin1Char(' '), 1);
+        return found;
+    }
+    QString waitFor(const QString& device, const QString& part, int timeoutMs = 5000)
+    {
+        QString state;
+        (void)QTest::qWaitFor(
+            [&] {
+                state = status(device);
+                return state.contains(part);
+            },
+            timeoutMs);
+        return state;
+    }
+
+    QProcess process;
+    bool ready = false;
+};
+
+// The whole QTF shown in Richtung ("JN48TH -> JO55WM QTF: 31.4° / ..."), cut to whole degrees.
+int shownDegrees(const QString& richtung)
+{
+    const QRegularExpressionMatch m = QRegularExpression(QStringLiteral("QTF: *([0-9]+)")).match(richtung);
+    return m.hasMatch() ? m.captured(1).toInt() : -1;
+}
+
+} // namespace
+
+TEST(BeaconSim, ChosenBeaconTurnsTheRotatorToTheShownBearingAndTunesTheRig)
+{
+    TempDir dir;
+    Sim sim(dir.path());
+    ASSERT_TRUE(sim.ready);
+    BeaconDb db(dir.path());
+    ASSERT_TRUE(db.ok());
+    ASSERT_TRUE(db.add({ { "OZ7IGY/B", "JO55WM", "144471", "Jystrup" },
+        { "DB0XYZ/B", "JO40FF", "1296930", "" }, { "DL1ABC", "JO31", "144300", "not a beacon" } }));
+
+    RecordingPrompts prompts;
+    Station station(prompts);
+    station.dbConnection = db.path();
+    RecordingMapViewer viewer;
+    auto form = std::make_unique<Form1>(station, makeQtSerialLink);
+    auto* panels = new StationPanels(*form, std::make_unique<OutputLines>());
+    auto* beacons = new BeaconStation(*form, *panels, &viewer);
+    form->load();
+    form->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    ASSERT_TRUE(form->isPortOpen(4));
+
+    BeaconPanel& panel = beacons->panel();
+    BeaconGrid* grid = form->findChild<BeaconGrid*>(QStringLiteral("DataGrid1"));
+    ASSERT_NE(grid, nullptr);
+    EXPECT_EQ(grid->caption(), "2"); // activation: beacons only
+    const int row = panel.model().index(0, 0).data().toString() == "OZ7IGY/B" ? 0 : 1;
+    QTest::mouseClick(
+        grid->viewport(), Qt::LeftButton, {}, grid->visualRect(panel.model().index(row, 0)).center());
+
+    auto* locator = form->findChild<QLineEdit*>(QStringLiteral("Locator"));
+    auto* richtung = form->findChild<QLineEdit*>(QStringLiteral("Richtung"));
+    auto* text160 = form->findChild<QLineEdit*>(QStringLiteral("Text160"));
+    EXPECT_EQ(locator->text(), "JO55WM");
+    const int degrees = shownDegrees(richtung->text());
+    EXPECT_GE(degrees, 5) << richtung->text().toStdString(); // Jystrup lies north-north-east of JN48
+    EXPECT_LE(degrees, 30);
+    EXPECT_EQ(text160->text().toInt(), degrees);
+    EXPECT_TRUE(prompts.shown.isEmpty()) << prompts.shown.join(" | ").toStdString();
+
+    const QString want = QStringLiteral("heading=%1.0 target=%1 motion=stopped").arg(degrees);
+    const QString rotator = sim.waitFor("rotator", want, 8000);
+    EXPECT_TRUE(rotator.startsWith(want)) << rotator.toStdString();
+
+    // The rig took over the beacon's frequency on 144 MHz, and the next band click keeps it.
+    const QString rig = sim.waitFor("rig", "frequency=144471000 ");
+    EXPECT_TRUE(rig.startsWith("frequency=144471000 ")) << rig.toStdString();
+    EXPECT_TRUE(form->findChild<OptionGroup*>(QStringLiteral("OptBandV"))->button(2)->isChecked());
+    EXPECT_FALSE(panels->rig().controller().presetFlag());
+
+    // A microwave beacon switches OptBandR and leaves the rig's frequency alone.
+    QTest::mouseClick(
+        grid->viewport(), Qt::LeftButton, {}, grid->visualRect(panel.model().index(1 - row, 0)).center());
+    EXPECT_TRUE(form->findChild<OptionGroup*>(QStringLiteral("OptBandR"))->button(1)->isChecked());
+    EXPECT_EQ(panels->rig().controller().microwaveBand(), 1);
+    EXPECT_EQ(locator->text(), "JO40FF");
+    const int second = text160->text().toInt();
+    EXPECT_EQ(second, shownDegrees(richtung->text()));
+    const QString turned
+        = sim.waitFor("rotator", QStringLiteral("target=%1 motion=stopped").arg(second), 8000);
+    EXPECT_TRUE(turned.contains(QStringLiteral("heading=%1.0 ").arg(second))) << turned.toStdString();
+    EXPECT_TRUE(sim.status("rig").startsWith("frequency=144471000 "));
+    form->close();
+}
