@@ -97,8 +97,8 @@ CardDesign CardDesign::standard()
     CardItem closing = label(CardName::Closing, { 68, 60.5, 66, 5 }, 10, QslText::ClosingQso, right);
     closing.italic = true;
     d.items << closing;
-    d.items << label(CardName::Address, { 6, 76.5, 84, 4.5 }, 8);
-    d.items << label(CardName::Foot, { 6, 81, 84, 4.5 }, 8);
+    d.items << label(CardName::Address, { 6, 76.5, 98, 4.5 }, 8);
+    d.items << label(CardName::Foot, { 6, 81, 98, 4.5 }, 8);
     return d;
 }
 

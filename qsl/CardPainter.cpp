@@ -54,8 +54,13 @@ void CardPainter::paint(QPainter& p, const CardDesign& design, const SignaturePi
         }
         if (item.text.isEmpty())
             continue;
+        // Text ends where its control ends, as in the window: a long line never runs into the
+        // pictures or the next box. Labels keep room above and below for tall glyphs.
+        p.setClipRect(
+            item.kind == CardItem::Kind::Box ? rect : rect.adjusted(0, -rect.height(), 0, rect.height()));
         p.setPen(item.colour);
         p.drawText(textRect, static_cast<int>(item.align) | Qt::TextDontClip, item.text);
+        p.setClipping(false);
     }
     if (!pictures.sign.isNull())
         p.drawImage(toDevice(pictures.signRect(design.size)), pictures.sign);

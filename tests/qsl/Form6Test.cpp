@@ -1,0 +1,238 @@
+// The QSL print window on the offscreen platform: its controls, the station's lines, the
+// print runs behind its buttons into a PDF file, and what the operator is told.
+#include "ui/qsl/Form6.h"
+#include "core/Station.h"
+#include "core/StationConfig.h"
+#include "qsl/CardNames.h"
+#include "tests/qsl/QslTestSupport.h"
+#include "tests/support/TempDir.h"
+#include "ui/qsl/CardFace.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
+#include <QPushButton>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+class Form6Window : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        makeLog(db);
+        station.dbConnection = db;
+        LoadStationConfig(station);
+        station.settings.setText(Setting::MyCall, QStringLiteral("dl7kes"));
+        station.settings.setText(Setting::MyLocator, QStringLiteral("jo62qm48ab"));
+        station.settings.setText(Setting::QslInfo, QStringLiteral("DOK: X01  WAZ 14  ITU 28"));
+        station.settings.setText(Setting::QslFoot, QStringLiteral("email: op@example.org"));
+        ASSERT_TRUE(SaveStationConfig(station));
+        station.settings.clear(); // the window reads the file again
+        writeBmp(tmp.file(QStringLiteral("Sign.bmp")), 240, 80, Qt::darkBlue);
+        writeBmp(tmp.file(QStringLiteral("ClubSign.bmp")), 120, 120, Qt::darkRed);
+
+        form = std::make_unique<Form6>(station);
+        form->setPictureDirectory(tmp.path());
+        form->printer().setOutputFormat(QPrinter::PdfFormat);
+        form->printer().setOutputFileName(pdf);
+        form->show();
+    }
+
+    void click(const char* button)
+    {
+        auto* b = form->findChild<QPushButton*>(QString::fromLatin1(button));
+        ASSERT_NE(b, nullptr) << button;
+        QTest::mouseClick(b, Qt::LeftButton);
+    }
+    QString shown(const QString& name) { return form->card().text(name); }
+
+    TempDir tmp;
+    QString db = tmp.file(QStringLiteral("backup.db"));
+    QString pdf = tmp.file(QStringLiteral("cards.pdf"));
+    RecordingPrompts prompts;
+    Station station { prompts };
+    std::unique_ptr<Form6> form;
+};
+
+} // namespace
+
+TEST_F(Form6Window, CarriesTheNamedControlsAndTheStationLines)
+{
+    EXPECT_EQ(form->objectName().toStdString(), "Form6");
+    for (const char* name : { "Label4", "Label1", "Label3", "Label10", "Picture1", "Picture2" })
+        EXPECT_NE(form->findChild<QLabel*>(QString::fromLatin1(name)), nullptr) << name;
+    EXPECT_NE(form->findChild<QLineEdit*>(QStringLiteral("Cal")), nullptr);
+    for (const char* name : { "datem", "utc", "qrg", "mode", "rsts", "qrb", "qtf" })
+        EXPECT_NE(form->findChild<QPlainTextEdit*>(QString::fromLatin1(name)), nullptr) << name;
+    for (const char* name : { "Command1", "Command3", "Command4", "BeaconPrint", "Empty", "StopPrint", "Exit",
+             "cmdPrinter", "cmdPreview" })
+        EXPECT_NE(form->findChild<QPushButton*>(QString::fromLatin1(name)), nullptr) << name;
+
+    EXPECT_EQ(shown(CardName::MyCall).toStdString(), "DL7KES");
+    EXPECT_EQ(shown(CardName::MyGrid).toStdString(), "Loc: JO62QM48ab");
+    EXPECT_EQ(shown(CardName::Info).toStdString(), "DOK: X01  WAZ 14  ITU 28");
+    EXPECT_EQ(shown(CardName::Foot).toStdString(), "email: op@example.org");
+    EXPECT_EQ(shown(CardName::Confirmation).toStdString(), "Confirming 2-way QSO with:");
+    EXPECT_TRUE(shown(CardName::Greeting).isEmpty());
+
+    // The card is 140 x 90 mm at the window's scale, and the pictures stand on it.
+    EXPECT_EQ(form->card().size(), QSize(700, 450));
+    auto* sign = form->findChild<QLabel*>(CardName::Sign);
+    auto* club = form->findChild<QLabel*>(CardName::ClubSign);
+    EXPECT_TRUE(sign->isVisible());
+    EXPECT_TRUE(club->isVisible());
+    EXPECT_LT(sign->geometry().right(), club->geometry().left());
+    EXPECT_NEAR(club->geometry().height(), 15.875 * CardFace::PxPerMm, 1);
+
+    // What the window hands over for printing is its own layout, within a pixel.
+    const CardDesign shownDesign = form->card().design();
+    const CardDesign standard = CardDesign::standard();
+    ASSERT_EQ(shownDesign.items.size(), standard.items.size());
+    for (int i = 0; i < standard.items.size(); ++i) {
+        const QRectF a = shownDesign.items[i].rect, b = standard.items[i].rect;
+        EXPECT_NEAR(a.left(), b.left(), 0.2) << b.top();
+        EXPECT_NEAR(a.top(), b.top(), 0.2);
+        EXPECT_NEAR(a.width(), b.width(), 0.2);
+        EXPECT_NEAR(a.height(), b.height(), 0.2);
+    }
+}
+
+TEST_F(Form6Window, Command4PrintsThanksCardsMarksQAndClearsTheBoxes)
+{
+    addContacts(db,
+        { { "15.11.2026", "18:20:05", "OK1XYZ", "144", "T" },
+            { "14.11.2026", "09:30", "DL1ABC", "14200", "T" },
+            { "13.11.2026", "10:00", "G4ABC", "432", "S" } });
+    click("Command4");
+    EXPECT_TRUE(prompts.shown.isEmpty()) << prompts.shown.join('\n').toStdString();
+    EXPECT_EQ(form->letter().toStdString(), "T");
+    const QString text = pdfText(pdf);
+    EXPECT_EQ(text.count(QLatin1Char('\f')), 2);
+    EXPECT_EQ(text.count(QStringLiteral("TNX QSL")), 2);
+    EXPECT_EQ(text.count(QStringLiteral("Confirming 2-way QSO with:")), 2);
+    EXPECT_LT(text.indexOf(QStringLiteral("DL1ABC")), text.indexOf(QStringLiteral("OK1XYZ")));
+    EXPECT_TRUE(text.contains(QStringLiteral("DL7KES")));
+    EXPECT_TRUE(text.contains(QStringLiteral("14,200")));
+
+    const auto letters = qslLetters(db);
+    EXPECT_EQ(letters.value("OK1XYZ 15.11.2026 18:20:05").toStdString(), "Q");
+    EXPECT_EQ(letters.value("DL1ABC 14.11.2026 09:30").toStdString(), "Q");
+    EXPECT_EQ(letters.value("G4ABC 13.11.2026 10:00").toStdString(), "S");
+
+    EXPECT_EQ(shown(CardName::Greeting).toStdString(), "TNX QSL");
+    for (const QString& box : { CardName::Callsign, CardName::Date, CardName::Time, CardName::Band })
+        EXPECT_TRUE(shown(box).isEmpty()) << box.toStdString();
+}
+
+TEST_F(Form6Window, BeaconPrintAndStopPrintRepeatTheChosenLetter)
+{
+    addContacts(db, { { "01.03.2026", "20:00", "DB0ABC", "10368", "B" } });
+    click("BeaconPrint");
+    EXPECT_EQ(shown(CardName::Confirmation).toStdString(), "Confirming heard Beacon:");
+    EXPECT_EQ(shown(CardName::Closing).toStdString(), "Best 73 de");
+    EXPECT_TRUE(pdfText(pdf).contains(QStringLiteral("DB0ABC")));
+
+    addContacts(db, { { "02.03.2026", "21:00", "OK0EA", "1296", "B" } });
+    click("StopPrint");
+    const QString text = pdfText(pdf);
+    EXPECT_TRUE(text.contains(QStringLiteral("OK0EA")));
+    EXPECT_FALSE(text.contains(QStringLiteral("DB0ABC")));
+    EXPECT_EQ(qslLetters(db).values().count(QStringLiteral("N")), 2);
+}
+
+TEST_F(Form6Window, StopPrintBeforeAnyRunPrintsNothing)
+{
+    addContacts(db, { { "01.03.2026", "20:00", "DL1AA", "144", "" } });
+    click("StopPrint");
+    EXPECT_FALSE(QFile::exists(pdf));
+    EXPECT_TRUE(form->findChild<QLabel*>(QStringLiteral("lblNote"))
+                    ->text()
+                    .contains(QStringLiteral("choose Y, S, T or B")));
+}
+
+TEST_F(Form6Window, EmptyPrintsTheWindowAsOneCardWithPseQsl)
+{
+    addContacts(db, { { "01.03.2026", "20:00", "DL1AA", "144", "Y" } });
+    auto* cal = form->findChild<QLineEdit*>(QStringLiteral("Cal"));
+    QTest::keyClicks(cal, QStringLiteral("HB9QQ"));
+    form->findChild<QPlainTextEdit*>(QStringLiteral("datem"))->setPlainText(QStringLiteral(" 24.12.2025"));
+    click("Empty");
+    EXPECT_TRUE(prompts.shown.isEmpty()) << prompts.shown.join('\n').toStdString();
+    EXPECT_EQ(form->letter().toStdString(), "X");
+    EXPECT_EQ(pdfPages(pdf), 1);
+    const QString text = pdfText(pdf);
+    for (const char* part : { "PSE QSL", "HB9QQ", "24.12.2025", "Confirming 2-way QSO with:", "DL7KES" })
+        EXPECT_TRUE(text.contains(QString::fromLatin1(part))) << part;
+    EXPECT_EQ(shown(CardName::Greeting).toStdString(), "PSE QSL");
+    EXPECT_EQ(shown(CardName::Callsign).toStdString(), "HB9QQ"); // the window keeps what it printed
+    EXPECT_EQ(qslLetters(db).value("DL1AA 01.03.2026 20:00").toStdString(), "Y");
+}
+
+TEST_F(Form6Window, AnUnwritablePdfIsFoundBeforeAnyLetterChanges)
+{
+    addContacts(db, { { "01.03.2026", "20:00", "DL1AA", "144", "Y" } });
+    tmp.write(QStringLiteral("plainfile"), "x");
+    form->printer().setOutputFileName(tmp.file(QStringLiteral("plainfile/cards.pdf")));
+    click("Command1");
+    ASSERT_EQ(prompts.shown.size(), 1);
+    EXPECT_TRUE(
+        prompts.shown[0].startsWith(QStringLiteral("Printing is not possible: the folder of the PDF file")))
+        << prompts.shown[0].toStdString();
+    EXPECT_TRUE(prompts.shown[0].endsWith(QStringLiteral("No QSL letter has been changed.")));
+    EXPECT_EQ(qslLetters(db).value("DL1AA 01.03.2026 20:00").toStdString(), "Y");
+}
+
+TEST_F(Form6Window, DatabaseTroubleShowsNoNewRecorsetAvailable)
+{
+    station.dbConnection = tmp.file(QStringLiteral("gone.db"));
+    click("Command3");
+    ASSERT_EQ(prompts.shown.size(), 1);
+    EXPECT_EQ(prompts.shown[0].toStdString(), "No new Recorset available");
+    EXPECT_TRUE(
+        form->findChild<QLabel*>(QStringLiteral("lblNote"))->text().contains(QStringLiteral("gone.db")));
+}
+
+TEST_F(Form6Window, MissingPicturesAreNotedAndHidden)
+{
+    form->setPictureDirectory(tmp.file(QStringLiteral("elsewhere")));
+    EXPECT_FALSE(form->findChild<QLabel*>(CardName::Sign)->isVisible());
+    EXPECT_FALSE(form->findChild<QLabel*>(CardName::ClubSign)->isVisible());
+    const QString note = form->findChild<QLabel*>(QStringLiteral("lblNote"))->text();
+    EXPECT_TRUE(note.contains(QStringLiteral("/Sign.bmp not found"))) << note.toStdString();
+    EXPECT_TRUE(note.contains(QStringLiteral("/ClubSign.bmp not found"))) << note.toStdString();
+    click("Empty");
+    EXPECT_TRUE(prompts.shown.isEmpty());
+    EXPECT_EQ(pdfPages(pdf), 1);
+}
+
+TEST_F(Form6Window, PreviewShowsTheCardAndThePrintDialogOpensWithoutBlocking)
+{
+    form->card().setText(CardName::Callsign, QStringLiteral("SM5ABC"));
+    click("cmdPreview");
+    auto* preview = form->findChild<QPrintPreviewDialog*>();
+    ASSERT_NE(preview, nullptr);
+    auto* pages = preview->findChild<QPrintPreviewWidget*>();
+    ASSERT_NE(pages, nullptr);
+    QTRY_COMPARE(pages->pageCount(), 1);
+    preview->reject();
+    EXPECT_FALSE(QFile::exists(pdf)); // a preview prints nothing
+
+    click("cmdPrinter");
+    auto* dialog = form->findChild<QPrintDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->isVisible());
+    dialog->reject();
+}
+
+TEST_F(Form6Window, ExitClosesTheWindow)
+{
+    ASSERT_TRUE(form->isVisible());
+    click("Exit");
+    EXPECT_FALSE(form->isVisible());
+}
