@@ -1,0 +1,317 @@
+// The logbook window driven by objectName: entry line, band buttons, save, DXCC lookup,
+// search, deletion, grid and closing, on a real database file.
+#include "Form5Fixture.h"
+#include "geo/Locator.h"
+#include "logbook/browse/GridColumns.h"
+#include "logbook/browse/LogGridModel.h"
+#include "logbook/db/SqlText.h"
+#include "logbook/entry/ContactSummary.h"
+#include "ui/widgets/OptionGroup.h"
+
+#include <QFile>
+#include <QHeaderView>
+#include <QTableView>
+
+namespace {
+
+Row contact(const QString& call, const QString& grid, const QString& band, const QString& qsl = "Y")
+{
+    return { { "Callsign", call }, { "Grid", grid }, { "Band", band }, { "Date", "2026-11-15" },
+        { "GMT", "18:20:00" }, { "QSL", qsl }, { "DXCC", "Fed. Rep. of Germany" } };
+}
+
+} // namespace
+
+TEST(Form5Window, EveryNamedControlIsThere)
+{
+    Form5Fixture f;
+    ASSERT_TRUE(f.active);
+    EXPECT_EQ(f.form->objectName(), "form5");
+    for (const char* name :
+        { "DA", "GM", "Ca", "Gr", "Rss", "Rr", "Ba", "mo", "Na", "Co", "Qs", "Pr", "txtStr" })
+        EXPECT_NE(f.form->findChild<QLineEdit*>(name), nullptr) << name;
+    for (const char* name : { "cou", "Callsign", "MyGrid", "Sqw", "SQc", "DXc", "dxw", "Label1" })
+        EXPECT_NE(f.form->findChild<QLabel*>(name), nullptr) << name;
+    for (const char* name : { "Save", "addnew", "Search", "cmdExit", "gridDEC", "GoogleEarth" })
+        EXPECT_NE(f.form->findChild<QPushButton*>(name), nullptr) << name;
+    for (int i = 0; i < 22; ++i)
+        EXPECT_NE(f.form->findChild<QRadioButton*>(QStringLiteral("OptBand%1").arg(i)), nullptr) << i;
+    EXPECT_NE(f.child<QTableView>("DataGrid1"), nullptr);
+    EXPECT_EQ(f.child<OptionGroup>("uSc_MultiOption1")->value(), 1);
+    EXPECT_EQ(f.child<QPushButton>("GoogleEarth")->text(), "Show Recordsets/Band on GoogleEarth");
+    EXPECT_EQ(f.text("Callsign"), "N0CALL");
+    EXPECT_EQ(f.text("MyGrid"), "JN48OW");
+    EXPECT_TRUE(f.child<QRadioButton>("OptBand21")->isChecked());
+}
+
+TEST(Form5Entry, NewContactWithoutBandAsksForOneAndClearsSevenFields)
+{
+    Form5Fixture f(21);
+    for (const char* name : { "DA", "GM", "Ca", "Gr", "Rss", "Rr", "Ba", "mo", "Na", "Co", "Qs", "Pr" })
+        f.edit(name)->setText(QStringLiteral("x") + QLatin1String(name));
+    f.click("addnew");
+    EXPECT_EQ(f.db.prompts.shown, QStringList { "Please select Band" });
+    for (const char* cleared : { "GM", "DA", "Rss", "Rr", "mo", "Qs", "Pr" })
+        EXPECT_EQ(f.text(cleared), "") << cleared;
+    for (const char* kept : { "Ba", "Na", "Co" })
+        EXPECT_EQ(f.text(kept), QStringLiteral("x") + QLatin1String(kept)) << kept;
+    EXPECT_EQ(f.text("Ca"), "XCA"); // upper case as they are typed
+    EXPECT_EQ(f.text("Gr"), "XGR");
+}
+
+TEST(Form5Entry, ThirtyMetreButtonGivesBandText1014)
+{
+    Form5Fixture f(21);
+    f.click("OptBand3");
+    EXPECT_EQ(f.db.station.bandPattern, "10140");
+    EXPECT_EQ(f.form->bandIndex(), 3);
+    EXPECT_TRUE(f.text("Label1").endsWith(" mS"));
+    f.click("addnew");
+    EXPECT_TRUE(f.db.prompts.shown.isEmpty());
+    EXPECT_EQ(f.text("Ba"), "1014");
+    EXPECT_EQ(f.text("DA"), QDate::currentDate().toString("dd.MM.yyyy"));
+    EXPECT_EQ(f.text("Rss"), "59");
+    EXPECT_EQ(f.text("Rr"), "59");
+    EXPECT_EQ(f.text("mo"), "SSB");
+    EXPECT_EQ(f.text("Qs"), "Y");
+    EXPECT_EQ(f.text("Pr"), "Tr");
+    EXPECT_EQ(f.focused(), "Ca");
+}
+
+TEST(Form5Entry, LocatorIsUpperCasedAndChecked)
+{
+    Form5Fixture f(10);
+    ASSERT_TRUE(f.active);
+    f.edit("Ca")->setText("DL1ABC");
+    f.type("Gr", "jo62");
+    EXPECT_EQ(f.text("Gr"), "JO62");
+    f.key(Qt::Key_Return);
+    EXPECT_TRUE(f.db.prompts.shown.isEmpty());
+    EXPECT_EQ(f.text("Gr"), "JO62");
+    EXPECT_EQ(f.focused(), "Rss");
+    EXPECT_GT(f.form->mapFields().distanceKm, 300.0f);
+    EXPECT_EQ(f.db.station.coordText, CoordText(LocatorToDegrees("JO62HH")));
+    EXPECT_TRUE(f.text("qrbInfo").startsWith("QRB: "));
+
+    for (const char* bad : { "JO6", "JO62Q", "SO62" }) {
+        f.db.prompts.shown.clear();
+        f.type("Gr", QLatin1String(bad));
+        f.key(Qt::Key_Return);
+        EXPECT_EQ(f.db.prompts.shown, QStringList { "Locator input incorrect" }) << bad;
+        EXPECT_EQ(f.text("Gr"), "") << bad;
+        EXPECT_EQ(f.focused(), "Ca") << bad;
+    }
+}
+
+TEST(Form5Entry, EmptyLocatorRaisesNothingAndFocusStaysWhereItWasPut)
+{
+    Form5Fixture f(10);
+    ASSERT_TRUE(f.active);
+    f.edit("Ca")->setText("DL1ABC");
+    f.edit("Gr")->setFocus();
+    QTest::mouseClick(f.edit("Na"), Qt::LeftButton);
+    EXPECT_TRUE(f.db.prompts.shown.isEmpty());
+    EXPECT_EQ(f.focused(), "Na");
+}
+
+TEST(Form5Entry, ModeFollowsTheLengthOfTheReceivedReport)
+{
+    Form5Fixture f(10);
+    ASSERT_TRUE(f.active);
+    f.edit("Rr")->setText("599");
+    f.edit("Rr")->setFocus();
+    f.key(Qt::Key_0);
+    EXPECT_EQ(f.text("mo"), "CW");
+    EXPECT_EQ(f.text("Rr"), "5990");
+    f.key(Qt::Key_Backspace);
+    EXPECT_EQ(f.text("mo"), "SSB"); // 5990 before the key
+    f.edit("Rr")->setText("59");
+    f.key(Qt::Key_1);
+    EXPECT_EQ(f.text("mo"), "SSB");
+}
+
+TEST(Form5Entry, EnterWalksTheLineAndSavesOnTheButton)
+{
+    Form5Fixture f(10);
+    ASSERT_TRUE(f.active);
+    f.click("addnew");
+    f.type("Ca", "dl1abc");
+    EXPECT_EQ(f.text("Ca"), "DL1ABC");
+    f.key(Qt::Key_Return); // DXCC lookup, focus to Gr
+    EXPECT_EQ(f.focused(), "Gr");
+    EXPECT_EQ(f.text("cou"), "Fed. Rep. of Germany");
+    QTest::keyClicks(f.edit("Gr"), "jo62qm");
+    QStringList walk;
+    for (int i = 0; i < 9; ++i) {
+        f.key(Qt::Key_Return);
+        walk << f.focused();
+    }
+    EXPECT_EQ(walk, (QStringList { "Rss", "Rr", "Ba", "mo", "Na", "Co", "Qs", "Pr", "Save" }));
+    EXPECT_EQ(f.logCount(), 0);
+    f.key(Qt::Key_Return);
+    EXPECT_EQ(f.logCount(), 1);
+    EXPECT_TRUE(f.db.prompts.shown.isEmpty()) << f.db.prompts.shown.join('|').toStdString();
+}
+
+TEST(Form5Save, RowReadsBackAndTheLineIsCleared)
+{
+    Form5Fixture f(10);
+    ASSERT_TRUE(f.active);
+    f.edit("Ca")->setText("DL1ABC");
+    f.form->dxccLookup();
+    f.edit("Gr")->setText("JO62QM");
+    f.form->locatorCheck();
+    const LogMapFields m = f.form->mapFields();
+    const QList<std::pair<const char*, const char*>> values
+        = { { "DA", "15.11.2026" }, { "GM", "18:20:00" }, { "Rss", "59" }, { "Rr", "57" }, { "Ba", "144" },
+              { "mo", "SSB" }, { "Na", "Hans" }, { "Co", "tnx" }, { "Qs", "Y" }, { "Pr", "Tr" } };
+    for (const auto& [name, value] : values)
+        f.edit(name)->setText(QLatin1String(value));
+    f.click("Save");
+    ASSERT_TRUE(f.db.prompts.shown.isEmpty()) << f.db.prompts.shown.join('|').toStdString();
+
+    const QList<Row> rows = f.db.rows({ "Date", "GMT", "Callsign", "Grid", "rsts", "rstr", "Band", "mode",
+        "Nam", "Comment", "QSL", "Prop", "DXCC", "QRB", "QTF", "GEdata", "GEgridXY", "GEpoly" });
+    ASSERT_EQ(rows.size(), 1);
+    const Row& r = rows[0];
+    const QString qrb = ContactSummary::numberText(m.distanceKm);
+    const QString qtf = ContactSummary::numberText(m.bearing);
+    EXPECT_EQ(r["Date"].toString(), "2026-11-15");
+    EXPECT_EQ(r["Callsign"].toString(), "DL1ABC");
+    EXPECT_EQ(r["Grid"].toString(), "JO62QM");
+    EXPECT_EQ(r["DXCC"].toString(), "Fed. Rep. of Germany");
+    EXPECT_EQ(r["QRB"].toString(), qrb);
+    EXPECT_EQ(r["QTF"].toString(), qtf);
+    EXPECT_EQ(r["GEdata"].toString(),
+        "Log: DL1ABC 144 kHz  15.11.2026 18:20 rsts:59 rstr:57 QRB:" + qrb + "km  QTF:" + qtf
+            + " QSL: Y Prop:Tr tnx");
+    EXPECT_EQ(r["GEgridXY"].toString(), CoordText(LocatorToDegrees("JO62QM")));
+    EXPECT_FALSE(r["GEpoly"].toString().isEmpty()); // SQNr ran after the save
+    for (const char* name : { "DA", "GM", "Ca", "Gr", "Rss", "Rr", "Ba", "mo", "Na", "Qs", "Co", "Pr" })
+        EXPECT_EQ(f.text(name), "") << name;
+    EXPECT_EQ(f.text("cou"), "Fed. Rep. of Germany");
+    EXPECT_EQ(f.text("Sqw"), "1");
+    EXPECT_EQ(f.text("DataGrid1Caption"), "1");
+}
+
+TEST(Form5Save, FailureShowsTheMessageAndKeepsTheLine)
+{
+    Form5Fixture f(10);
+    f.edit("Ca")->setText("DL1ABC");
+    f.db.station.dbConnection = f.db.dir.file("gone/backup.db");
+    f.click("Save");
+    EXPECT_EQ(f.db.prompts.shown, QStringList { "No new Recorset available" });
+    EXPECT_EQ(f.text("Ca"), "DL1ABC");
+}
+
+TEST(Form5Dxcc, UnknownPrefixLeavesTheCaptionSilently)
+{
+    Form5Fixture f(10);
+    ASSERT_TRUE(f.active);
+    f.type("Ca", "DL1ABC");
+    f.key(Qt::Key_Tab);
+    EXPECT_EQ(f.text("cou"), "Fed. Rep. of Germany");
+    f.type("Ca", "0ABC");
+    f.key(Qt::Key_Return);
+    EXPECT_EQ(f.text("cou"), "Fed. Rep. of Germany");
+    EXPECT_EQ(f.focused(), "Gr");
+    EXPECT_TRUE(f.db.prompts.shown.isEmpty());
+}
+
+TEST(Form5Dxcc, StarPatternsAreConvertedAtOpeningAndClosing)
+{
+    Form5Fixture f(21);
+    ASSERT_TRUE(f.db.add({ { { "dxcccode", "QQ*" }, { "Country", "Testland" } } }, "dxccdata"));
+    f.form->close();
+    Recordset rs(f.db.path());
+    ASSERT_TRUE(rs.open(SqlText::dxccLookup("QQ1AB")));
+    EXPECT_EQ(rs.text(2), "Testland");
+}
+
+TEST(Form5Search, EmptyTextCountsSquaresAndLeavesTheGrid)
+{
+    Form5Fixture f(10,
+        { contact("DL1ABC", "JO62QM", "144", "Q"), contact("DL2ABC", "JO62AA", "144"),
+            contact("DL3ABC", "JN48", "144"), contact("G4ABC", "IO91", "14200") });
+    EXPECT_EQ(f.text("DataGrid1Caption"), "3");
+    f.child<OptionGroup>("uSc_MultiOption1")->setValue(2);
+    const QString before = f.form->gridModel()->recordset().source();
+    f.click("Search");
+    EXPECT_EQ(f.text("Sqw"), "2");
+    EXPECT_EQ(f.text("SQc"), "1");
+    EXPECT_EQ(f.form->gridModel()->recordset().source(), before);
+    EXPECT_EQ(f.text("DataGrid1Caption"), "3");
+
+    f.child<OptionGroup>("uSc_MultiOption1")->setValue(1);
+    f.click("Search");
+    EXPECT_EQ(f.text("dxw"), "1");
+    EXPECT_EQ(f.text("DXc"), "1");
+}
+
+TEST(Form5Search, TextSearchNothingFoundAndAQuote)
+{
+    Form5Fixture f(21, { contact("DL1ABC", "JO62QM", "144"), contact("O'NEILL", "IO91", "14200") });
+    f.edit("txtStr")->setText("ZZ9");
+    f.click("Search");
+    EXPECT_EQ(f.text("DataGrid1Caption"), "0");
+    f.edit("txtStr")->setText("O'NE");
+    f.click("Search");
+    EXPECT_EQ(f.text("DataGrid1Caption"), "1");
+    f.child<OptionGroup>("uSc_MultiOption1")->setValue(2);
+    f.edit("txtStr")->setText("jo6");
+    f.click("Search");
+    EXPECT_EQ(f.text("DataGrid1Caption"), "1");
+    EXPECT_TRUE(f.db.prompts.shown.isEmpty());
+}
+
+TEST(Form5Grid, DeleteAsksAndNoKeepsTheRow)
+{
+    Form5Fixture f(21, { contact("DL1ABC", "JO62QM", "144"), contact("DL2ABC", "JO62", "144") });
+    auto* grid = f.child<QTableView>("DataGrid1");
+    grid->setFocus();
+    grid->setCurrentIndex(f.form->gridModel()->index(0, 3));
+    f.db.prompts.answers = { false, true };
+    QTest::keyClick(grid, Qt::Key_Delete);
+    EXPECT_EQ(f.db.prompts.asked, QStringList { " Delete Recordset ?" });
+    EXPECT_EQ(f.logCount(), 2);
+    EXPECT_EQ(f.text("DataGrid1Caption"), "2");
+    QTest::keyClick(grid, Qt::Key_Delete);
+    EXPECT_EQ(f.logCount(), 1);
+    EXPECT_EQ(f.text("DataGrid1Caption"), "1");
+}
+
+TEST(Form5Grid, ColumnWidthsAndHeaderSort)
+{
+    Form5Fixture f(21, { contact("DL1ABC", "JO62QM", "144"), contact("AA1AA", "FN31", "14200") });
+    auto* grid = f.child<QTableView>("DataGrid1");
+    const double dpi = grid->logicalDpiX();
+    const QList<int> twips = GridColumns::finalTwips();
+    for (int c = 0; c < twips.size(); ++c)
+        EXPECT_EQ(grid->horizontalHeader()->sectionSize(c), GridColumns::toPixels(twips[c], dpi)) << c;
+    EXPECT_EQ(grid->horizontalHeader()->sectionSize(14), GridColumns::toPixels(2500, dpi));
+    const int call = f.form->gridModel()->recordset().fieldIndex("Callsign");
+    grid->horizontalHeader()->setSortIndicator(call, Qt::AscendingOrder);
+    EXPECT_EQ(f.form->gridModel()->data(f.form->gridModel()->index(0, call)).toString(), "AA1AA");
+    grid->horizontalHeader()->setSortIndicator(call, Qt::DescendingOrder);
+    EXPECT_EQ(f.form->gridModel()->data(f.form->gridModel()->index(0, call)).toString(), "DL1ABC");
+}
+
+TEST(Form5Window, ClosingWritesTheStationSettingsAndOpeningReadsThem)
+{
+    Form5Fixture f(21);
+    f.click("OptBand10");
+    f.click("cmdExit");
+    EXPECT_FALSE(f.form->isVisible());
+    EXPECT_EQ(f.db.station.settings.intAt(Setting::LogbookNumber), 10);
+    EXPECT_EQ(f.db.station.settings.textAt(Setting::LogbookText), "144%");
+    EXPECT_EQ(f.db.station.settings.textAt(Setting::MyCall), "N0CALL");
+    EXPECT_TRUE(QFile::exists(f.db.dir.file("Kestrel.txt")));
+    EXPECT_EQ(f.form->gridModel()->rowCount(), 0); // database objects released
+
+    f.db.station.settings.setInt16(Setting::LogbookNumber, 4);
+    f.form->show(); // opened again
+    EXPECT_TRUE(f.child<QRadioButton>("OptBand4")->isChecked());
+    EXPECT_EQ(f.db.station.bandPattern, "14200%");
+    Form5Fixture other(99); // a band index out of range opens on all bands
+    EXPECT_EQ(other.form->bandIndex(), 21);
+}

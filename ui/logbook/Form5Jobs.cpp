@@ -1,0 +1,219 @@
+// The long actions of the logbook window: map data completion, GoogleEarth export, ADIF import
+// and export. Each runs in slices with a progress dialog that can cancel it.
+#include "core/Station.h"
+#include "logbook/adif/AdifExport.h"
+#include "logbook/adif/AdifImport.h"
+#include "logbook/completion/MapDataCompletion.h"
+#include "mapexport/LogCount.h"
+#include "mapexport/LogMapExport.h"
+#include "mapexport/RichtungQrb.h"
+#include "ui/logbook/Form5.h"
+#include "ui/logbook/SlicedJob.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSaveFile>
+
+namespace {
+constexpr qint64 kSliceNs = 30'000'000;
+constexpr int kReportLines = 30;
+} // namespace
+
+void Form5::runJob(SlicedJob* job)
+{
+    job_ = job;
+    connect(job, &SlicedJob::finished, job, &QObject::deleteLater);
+    job->start();
+}
+
+// The completion's locator procedure: RichtungQRB on the window's own fields, as the record's
+// locator would run in the locator box; the record's QRB and QTF come in as the stored values.
+LocatorProcedure Form5::completionLocator()
+{
+    return [this](const QString& grid, MapPosition& p) {
+        fields_.distanceKm = p.distanceKm;
+        fields_.bearing = p.bearing;
+        const bool ok = RichtungQRB(station_, fields_, grid);
+        p = { station_.coordText, fields_.distanceKm, fields_.bearing };
+        return ok;
+    };
+}
+
+// The import's locator procedure: the same arithmetic, leaving the window's stored values alone.
+LocatorProcedure Form5::importLocator()
+{
+    return [this](const QString& grid, MapPosition& p) {
+        LogMapFields scratch;
+        const QString coordBefore = station_.coordText;
+        const bool ok = RichtungQRB(station_, scratch, grid);
+        if (ok)
+            p = { station_.coordText, scratch.distanceKm, scratch.bearing };
+        station_.coordText = coordBefore;
+        return ok;
+    };
+}
+
+void Form5::gridDEC_Click()
+{
+    if (isBusy())
+        return;
+    struct Run {
+        std::unique_ptr<MapDataCompletion> completion;
+        std::unique_ptr<LogCount> count;
+    };
+    auto run = std::make_shared<Run>();
+    run->completion = std::make_unique<MapDataCompletion>(
+        station_.dbConnection, station_.bandPattern, completionLocator(), storedPosition());
+    if (run->completion->start() == MapDataCompletion::State::Failed) {
+        station_.prompts.information(MapDataCompletion::Failure);
+        return;
+    }
+    SlicedJob::Steps steps;
+    steps.label = QStringLiteral("Completing the map data of the log ...");
+    steps.step = [this, run] {
+        if (!run->count) {
+            if (run->completion->step(kSliceNs) == MapDataCompletion::State::Running)
+                return true;
+            if (run->completion->state() != MapDataCompletion::State::Done)
+                return false;
+            run->count = std::make_unique<LogCount>(
+                station_, fields_, LogCount::Kind::SQNr, station_.bandPattern, ui_.txtStr->text());
+            return run->count->start() == LogCount::State::Running;
+        }
+        return run->count->step(kSliceNs) == LogCount::State::Running;
+    };
+    steps.cancel = [run] {
+        run->completion->cancel();
+        if (run->count)
+            run->count->cancel();
+    };
+    steps.progress = [run]() -> std::pair<qint64, qint64> {
+        if (run->count)
+            return { run->count->done(), run->count->total() };
+        return { run->completion->done(), run->completion->total() };
+    };
+    auto* job = new SlicedJob(this, ui_.content, steps);
+    connect(job, &SlicedJob::finished, this, [this, run](bool cancelled) {
+        const MapPosition p = run->completion->position();
+        station_.coordText = p.coordText;
+        fields_.distanceKm = p.distanceKm;
+        fields_.bearing = p.bearing;
+        ui_.Gr->clear();
+        showCounts();
+        const bool countFailed = run->count && run->count->state() == LogCount::State::Failed;
+        if (run->completion->state() == MapDataCompletion::State::Failed)
+            station_.prompts.information(MapDataCompletion::Failure);
+        else if (!cancelled && !countFailed)
+            station_.prompts.information(MapDataCompletion::message(run->completion->total()));
+        loadLogList(QStringLiteral("gridDEC_Click"));
+    });
+    runJob(job);
+}
+
+void Form5::GoogleEarth_Click()
+{
+    if (isBusy() || !mapExport_->start(station_.bandPattern, ui_.txtStr->text()))
+        return;
+    ui_.content->setEnabled(false);
+    auto* dialog
+        = new QProgressDialog(QStringLiteral("Writing the map ..."), QStringLiteral("Cancel"), 0, 1000, this);
+    dialog->setObjectName(QStringLiteral("progress"));
+    dialog->setWindowModality(Qt::NonModal);
+    dialog->setMinimumDuration(SlicedJob::ShowAfterMs);
+    dialog->setAutoClose(false);
+    dialog->setAutoReset(false);
+    dialog->setValue(0);
+    connect(dialog, &QProgressDialog::canceled, mapExport_, &LogMapExport::cancel);
+    connect(mapExport_, &LogMapExport::progress, dialog,
+        [dialog](const QString& stage, qint64 done, qint64 total) {
+            dialog->setLabelText(stage);
+            dialog->setValue(total > 0 ? int(std::min<qint64>(1000, done * 1000 / total)) : 0);
+        });
+    connect(mapExport_, &LogMapExport::finished, dialog, [this, dialog](const MapExportOutcome&) {
+        dialog->hide();
+        dialog->deleteLater();
+        ui_.content->setEnabled(true);
+        showCounts();
+    });
+}
+
+void Form5::chooseImportFile()
+{
+    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("ADIF import"),
+        QDir::currentPath(), QStringLiteral("ADIF files (*.adi *.adif);;All files (*)"));
+    if (!path.isEmpty())
+        importAdif(path);
+}
+
+void Form5::chooseExportFile()
+{
+    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("ADIF export"),
+        QDir::current().filePath(QStringLiteral("kestrel.adi")), QStringLiteral("ADIF files (*.adi)"));
+    if (!path.isEmpty())
+        exportAdif(path, ui_.adifAllBands->isChecked());
+}
+
+void Form5::importAdif(const QString& path)
+{
+    if (isBusy())
+        return;
+    auto import = std::make_shared<AdifImport>(station_.dbConnection, importLocator());
+    if (import->start(path) == AdifImport::State::Failed) {
+        station_.prompts.information(import->error().description);
+        return;
+    }
+    SlicedJob::Steps steps;
+    steps.label = QStringLiteral("Importing %1 ...").arg(QFileInfo(path).fileName());
+    steps.step = [import] { return import->step(kSliceNs) == AdifImport::State::Running; };
+    steps.cancel = [import] { import->cancel(); };
+    steps.progress = [import]() -> std::pair<qint64, qint64> { return { import->done(), import->total() }; };
+    auto* job = new SlicedJob(this, ui_.content, steps);
+    connect(job, &SlicedJob::finished, this, [this, import, path](bool) {
+        QString text = import->report(kReportLines);
+        if (import->state() == AdifImport::State::Failed)
+            text += QStringLiteral("\nThe import stopped: ") + import->error().text();
+        if (import->refusals().size() > kReportLines) {
+            // The whole list beside the file, for working through it.
+            QSaveFile list(path + QStringLiteral(".refused.txt"));
+            if (list.open(QIODevice::WriteOnly)) {
+                list.write(import->refusalList().toUtf8() + '\n');
+                if (list.commit())
+                    text += QStringLiteral("\nAll refused records are listed in ") + list.fileName();
+            }
+        }
+        loadLogList(QStringLiteral("adifImport_Click"));
+        station_.prompts.information(text);
+    });
+    runJob(job);
+}
+
+void Form5::exportAdif(const QString& path, bool allBands)
+{
+    if (isBusy())
+        return;
+    auto exporter
+        = std::make_shared<AdifExport>(station_.dbConnection, allBands ? QString() : station_.bandPattern);
+    if (exporter->start(path) == AdifExport::State::Failed) {
+        station_.prompts.information(exporter->error().description);
+        return;
+    }
+    SlicedJob::Steps steps;
+    steps.label = QStringLiteral("Writing %1 ...").arg(QFileInfo(path).fileName());
+    steps.step = [exporter] { return exporter->step(kSliceNs) == AdifExport::State::Running; };
+    steps.cancel = [exporter] { exporter->cancel(); };
+    steps.progress = [exporter]() -> std::pair<qint64, qint64> {
+        return { exporter->done(), exporter->total() };
+    };
+    auto* job = new SlicedJob(this, ui_.content, steps);
+    connect(job, &SlicedJob::finished, this, [this, exporter](bool cancelled) {
+        if (exporter->state() == AdifExport::State::Failed)
+            station_.prompts.information(exporter->error().description);
+        else if (!cancelled)
+            station_.prompts.information(exporter->report());
+    });
+    runJob(job);
+}
