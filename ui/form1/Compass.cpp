@@ -7,6 +7,7 @@ Compass::Compass(QWidget* parent)
     : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
 void Compass::setHeading(std::optional<int> degrees)
@@ -15,11 +16,20 @@ void Compass::setHeading(std::optional<int> degrees)
     update();
 }
 
-void Compass::paintEvent(QPaintEvent*)
+void Compass::resizeEvent(QResizeEvent* event)
 {
-    QPainter p(this);
+    QWidget::resizeEvent(event);
+    card_ = QPixmap();
+}
+
+void Compass::drawCard()
+{
+    const qreal dpr = devicePixelRatioF();
+    card_ = QPixmap(size() * dpr);
+    card_.setDevicePixelRatio(dpr);
+    card_.fill(palette().window().color());
+    QPainter p(&card_);
     p.setRenderHint(QPainter::Antialiasing);
-    p.fillRect(rect(), palette().window());
 
     const qreal side = qMin(width(), height()) - 8.0;
     const qreal r = side / 2.0;
@@ -49,7 +59,17 @@ void Compass::paintEvent(QPaintEvent*)
         const QPointF c(rr * qSin(a), -rr * qCos(a));
         p.drawText(QRectF(c.x() - 12, c.y() - 10, 24, 20), Qt::AlignCenter, QString::fromLatin1(names[k]));
     }
+}
 
+void Compass::paintEvent(QPaintEvent*)
+{
+    if (card_.isNull() || card_.deviceIndependentSize().toSize() != size())
+        drawCard();
+    QPainter p(this);
+    p.drawPixmap(0, 0, card_);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.translate(width() / 2.0, height() / 2.0);
+    const qreal r = (qMin(width(), height()) - 8.0) / 2.0;
     if (heading_) {
         const qreal a = qDegreesToRadians(qreal(*heading_));
         p.setPen(QPen(QColor(255, 0, 0), 3, Qt::SolidLine, Qt::RoundCap));

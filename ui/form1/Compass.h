@@ -1,6 +1,7 @@
 #pragma once
 // The rotator picture: a compass card redrawn on every tick with the antenna heading as a
 // red line from the centre (north up, clockwise).
+#include <QPixmap>
 #include <QWidget>
 
 #include <optional>
@@ -21,7 +22,12 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    // The card without the heading line, drawn once per size: a tick then costs one line.
+    void drawCard();
+
     std::optional<int> heading_;
+    QPixmap card_;
 };
