@@ -1,10 +1,18 @@
-// The composition root: one Station, the main window with its ports on real serial lines,
-// the secondary windows registered with the main window's menu.
+// The composition root: one Station, the main window with its ports on real serial lines, the
+// station's panels in its areas, and the secondary windows behind its menu.
 #include "core/Station.h"
+#include "devices/lines/OutputLines.h"
 #include "devices/link/QtSerialLink.h"
 #include "ui/MessageBoxPrompts.h"
+#include "ui/beacons/BeaconStation.h"
+#include "ui/cluster/ClusterWindow.h"
 #include "ui/form1/Form1.h"
 #include "ui/form2/Form2.h"
+#include "ui/gps/Form4.h"
+#include "ui/logbook/Form5.h"
+#include "ui/qsl/Form6.h"
+#include "ui/rig/StationPanels.h"
+#include "ui/spectrum/SpectrumPanel.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -56,10 +64,24 @@ int main(int argc, char** argv)
     prompts.setParent(&form1);
     closeOnSignals(form1);
 
-    // Panels go into form1's areas here (form1.placePanel) and menu windows are registered
-    // before load(), so that they take part in the start-up.
+    // Everything is wired before load(), so that it takes part in the start-up.
+    StationPanels panels(form1, OutputLines::fromSettings());
+    BeaconStation beacons(form1, panels);
+    auto* spectrum = new SpectrumPanel(station);
+    form1.placePanel(Form1::Area::Spectrum, spectrum);
+    QObject::connect(&form1, &Form1::activated, spectrum, [spectrum] { spectrum->start(); });
+    QObject::connect(&form1, &Form1::queryUnload, spectrum, &SpectrumPanel::stop);
+
+    form1.registerWindow(
+        QStringLiteral("mnuARLog"), [&](QWidget* parent) { return new Form5(station, parent); });
+    form1.registerWindow(
+        QStringLiteral("mnuGPS"), [&](QWidget* parent) { return new Form4(station, parent); });
     form1.registerWindow(
         QStringLiteral("mnuInitial"), [&](QWidget* parent) { return new Form2(station, form1, parent); });
+    form1.registerWindow(
+        QStringLiteral("mnuQSL"), [&](QWidget* parent) { return new Form6(station, parent); });
+    form1.registerWindow(
+        QStringLiteral("mnuPacket"), [&](QWidget* parent) { return new ClusterWindow(station, parent); });
 
     QObject::connect(&form1, &Form1::unloaded, &app, &QApplication::quit, Qt::QueuedConnection);
     form1.load();

@@ -321,3 +321,16 @@ TEST(Form1, WeatherLineWithoutAddressOrPage)
         f.child<QLabel>("Label28")->text().startsWith(QStringLiteral("Weather: not available")), 5000);
     EXPECT_TRUE(f.prompts.shown.isEmpty());
 }
+
+TEST(Form1, AnotherPartsStatusMessageStaysWhenThePortsAreFine)
+{
+    Form1Fixture f;
+    f.writeConfig();
+    f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
+    QObject::connect(f.form.get(), &Form1::loaded,
+        [&] { f.form->statusBar()->showMessage(QStringLiteral("key line: no such GPIO chip")); });
+    f.form->load();
+    EXPECT_EQ(f.form->statusBar()->currentMessage(), QStringLiteral("key line: no such GPIO chip"));
+    f.form->closePort(2);
+    EXPECT_EQ(f.form->statusBar()->currentMessage(), QStringLiteral("key line: no such GPIO chip"));
+}

@@ -12,12 +12,14 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QScreen>
 #include <QStatusBar>
 
 Q_LOGGING_CATEGORY(lcForm1, "kestrel.ui")
@@ -46,7 +48,10 @@ Form1::Form1(Station& station, const StationPorts::Factory& makeLink, QWidget* p
     , windows_(this)
 {
     ui_.setupUi(this);
-    resize(1180, 760);
+    const QRect screen = QGuiApplication::primaryScreen()
+        ? QGuiApplication::primaryScreen()->availableGeometry()
+        : QRect(0, 0, 1400, 900);
+    resize(qMin(1400, screen.width() - 20), qMin(920, screen.height() - 40));
 
     const std::pair<QAction*, QString> entries[] = { { ui_.mnuARLog, QStringLiteral("Logbook") },
         { ui_.mnuGPS, QStringLiteral("GPS") }, { ui_.mnuInitial, QStringLiteral("Initial") },
@@ -116,8 +121,8 @@ void Form1::load()
     ui_.Picture1->setHeading(std::nullopt);
     updateOverlay();
 
-    emit loaded();
     showPortProblems();
+    emit loaded();
     timer_.start();
 }
 
@@ -267,10 +272,15 @@ void Form1::showPortProblems()
         parts << QStringLiteral("Com%1 (%2) not open: %3")
                      .arg(it.key())
                      .arg(MainPorts::role(it.key()), it.value());
-    if (parts.isEmpty())
-        statusBar()->clearMessage();
-    else
-        statusBar()->showMessage(parts.join(QStringLiteral("  |  ")));
+    // a message another part of the window put there stays until ports have news
+    if (parts.isEmpty()) {
+        if (!portMessage_.isEmpty() && statusBar()->currentMessage() == portMessage_)
+            statusBar()->clearMessage();
+        portMessage_.clear();
+        return;
+    }
+    portMessage_ = parts.join(QStringLiteral("  |  "));
+    statusBar()->showMessage(portMessage_);
 }
 
 bool Form1::showBearingAndDistance()

@@ -101,6 +101,7 @@ private:
     QNetworkAccessManager* network_ = nullptr;
     QString portNumbers_[5];
     QMap<int, QString> portProblems_;
+    QString portMessage_; // what the status bar shows about the ports, "" when nothing
     std::optional<double> elevation_;
     bool unloaded_ = false;
 };

@@ -94,6 +94,7 @@ void Form1Ui::setupUi(QMainWindow* window)
     top->setContentsMargins(0, 0, 0, 0);
     Picture1 = new Compass(rotorTop);
     Picture1->setObjectName(QStringLiteral("Picture1"));
+    Picture1->setMinimumSize(160, 160);
     Label1 = named(QStringLiteral("Label1"), QString(), rotorTop);
     QFont big = Label1->font();
     big.setPointSizeF(big.pointSizeF() * 2.2);
@@ -125,7 +126,7 @@ void Form1Ui::setupUi(QMainWindow* window)
     auto* lr = new QGridLayout(locatorRow);
     lr->setContentsMargins(0, 0, 0, 0);
     Locator = edit(QStringLiteral("Locator"), locatorRow);
-    Locator->setPlaceholderText(QStringLiteral("JO31 / JO31HH"));
+    Locator->setPlaceholderText(QStringLiteral("JO31HH"));
     Locator->setToolTip(QStringLiteral("Locator of the other station; Enter shows bearing and distance"));
     Text160 = edit(QStringLiteral("Text160"), locatorRow);
     Text160->setMaximumWidth(70);
@@ -148,7 +149,7 @@ void Form1Ui::setupUi(QMainWindow* window)
     Label31 = named(QStringLiteral("Label31"), QString(), sensorBox);
     Label28 = named(QStringLiteral("Label28"), QString(), sensorBox);
     Label28->setWordWrap(true);
-    Label28->setMinimumWidth(160);
+    Label28->setMinimumWidth(120);
     Label29 = named(QStringLiteral("Label29"), QString(), sensorBox);
     sensorForm->addRow(QStringLiteral("Temperature:"), Label31);
     sensorForm->addRow(QStringLiteral("Weather:"), Label28);
@@ -162,11 +163,10 @@ void Form1Ui::setupUi(QMainWindow* window)
     grid->addWidget(keyerBox, 1, 0);
     grid->addWidget(spectrumBox, 1, 1, 1, 2);
     grid->addWidget(beaconBox, 2, 0, 1, 3);
-    grid->setColumnStretch(0, 3);
-    grid->setColumnStretch(1, 3);
+    grid->setColumnStretch(0, 5);
+    grid->setColumnStretch(1, 4);
     grid->setColumnStretch(2, 2);
-    grid->setRowStretch(1, 1);
-    grid->setRowStretch(2, 1);
+    grid->setRowStretch(2, 1); // the beacon list takes what is left
     window->setCentralWidget(central);
 
     // port lamps
