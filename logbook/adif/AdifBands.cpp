@@ -78,13 +78,30 @@ constexpr std::array<TableBand, 21> Table = { {
     { "2.5mm", "122250" },
 } };
 
-// The text a band button's filter finds: the pattern without its "%" ("10140" stays whole).
+// The texts of the band buttons 0..20: what each filter finds (the pattern without its "%",
+// "10140" whole) and what a new contact gets ("1014"), made once.
+struct Texts {
+    QString filter[21];
+    QString entry[21];
+    Texts()
+    {
+        for (int i = 0; i < 21; ++i) {
+            filter[i] = BandTable::pattern(i);
+            if (filter[i].endsWith(QLatin1Char('%')))
+                filter[i].chop(1);
+            entry[i] = BandTable::bandText(BandTable::pattern(i));
+        }
+    }
+};
+const Texts& texts()
+{
+    static const Texts t;
+    return t;
+}
+
 QString filterText(int index)
 {
-    QString p = BandTable::pattern(index);
-    if (p.endsWith(QLatin1Char('%')))
-        p.chop(1);
-    return p;
+    return texts().filter[index];
 }
 
 QString number(double v)
@@ -130,7 +147,7 @@ AdifBand fromBandText(const QString& bandText)
 {
     const QString t = bandText.trimmed();
     for (int i = 0; i < int(Table.size()); ++i) {
-        if (t == filterText(i) || t == BandTable::bandText(BandTable::pattern(i)))
+        if (t == texts().filter[i] || t == texts().entry[i])
             return { QString::fromLatin1(Table[std::size_t(i)].adif),
                 QString::fromLatin1(Table[std::size_t(i)].freq) };
     }

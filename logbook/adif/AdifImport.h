@@ -3,8 +3,9 @@
 // locator get distance, bearing, coordinate text and the GEdata summary from the window's
 // locator procedure, contacts without COUNTRY their DXCC entity from dxccdata. Records that
 // cannot be imported (damaged, no call, date, time or band, a bad locator, a contact already
-// in the log) are refused with their line and the reason. The work goes in slices (step), one
-// transaction a slice, so the window stays live and a Cancel keeps what was stored before.
+// in the log) are refused with their line and the reason. The work goes in slices (step) so the
+// window stays live; records are stored in transactions of CommitEvery, and a Cancel keeps
+// every record read before it.
 #include "logbook/adif/AdifReader.h"
 #include "logbook/adif/DxccMatcher.h"
 #include "logbook/db/DbError.h"
@@ -17,6 +18,8 @@
 #include <memory>
 
 struct AdifContact;
+class DbConnection;
+class QSqlQuery;
 
 struct AdifRefusal {
     int line = 0;
@@ -27,6 +30,7 @@ struct AdifRefusal {
 class AdifImport {
 public:
     enum class State { Running, Done, Cancelled, Failed };
+    static constexpr int CommitEvery = 5000;
 
     // `locate` may be empty: then no distance or map texts are computed (DISTANCE is kept).
     AdifImport(const QString& connection, LocatorProcedure locate);
@@ -36,7 +40,7 @@ public:
     State start(const QString& path);
     // The same on data already read (`name` is used in the report).
     State startData(QByteArray data, const QString& name);
-    // Imports records for about `budgetNs` nanoseconds in one transaction.
+    // Imports records for about `budgetNs` nanoseconds.
     State step(qint64 budgetNs);
     void cancel();
 
@@ -62,6 +66,7 @@ private:
     bool prepareTable();
     bool complete(AdifContact& contact);
     void refuse(const AdifRecord& record, const QString& reason);
+    bool commitPending();
 
     QString connection_;
     LocatorProcedure locate_;
@@ -73,6 +78,10 @@ private:
     QStringList columns_; // the AdifContact columns the table has
     QList<int> columnIndex_; // their positions in AdifContact::columns()
     QString insertSql_;
+    std::unique_ptr<DbConnection> conn_;
+    std::unique_ptr<QSqlQuery> insert_; // goes before its connection
+    bool inTransaction_ = false;
+    int pending_ = 0; // records of the open transaction
     int imported_ = 0;
     QList<AdifRefusal> refusals_;
     State state_ = State::Running;

@@ -2,9 +2,7 @@
 
 #include "geo/Locator.h"
 #include "logbook/adif/AdifBands.h"
-#include "logbook/db/LogDate.h"
-
-#include <QTime>
+#include "logbook/entry/LogClock.h"
 
 namespace {
 
@@ -49,6 +47,21 @@ bool sameNumber(const QString& a, const QString& b)
     return okA && okB && qFuzzyCompare(x, y);
 }
 
+// "<NAME:length>value " appended in place (the export writes 30 of them per record).
+void appendField(QByteArray& out, const char* name, const QString& value)
+{
+    if (value.isEmpty())
+        return;
+    const QByteArray bytes = value.toUtf8();
+    out += '<';
+    out += name;
+    out += ':';
+    out += QByteArray::number(bytes.size());
+    out += '>';
+    out += bytes;
+    out += ' ';
+}
+
 // The Freq column keeps a frequency the band text does not already say.
 QString freqColumn(const QString& freq, const QString& band)
 {
@@ -61,40 +74,32 @@ namespace AdifMapping {
 
 QString dateFromAdif(const QString& adif)
 {
-    const QDate d = QDate::fromString(adif.trimmed(), QStringLiteral("yyyyMMdd"));
-    return d.isValid() && adif.trimmed().size() == 8 ? d.toString(LogDate::StoredFormat) : QString();
+    const QDate d = LogClock::compactDate(adif.trimmed());
+    return d.isValid() ? LogClock::storedDate(d) : QString();
 }
 
 QString dateToAdif(const QString& stored)
 {
-    const QDate d = LogDate::parse(stored);
-    return d.isValid() ? d.toString(QStringLiteral("yyyyMMdd")) : QString();
+    const QDate d = LogClock::date(stored);
+    return d.isValid() ? LogClock::compactDateText(d) : QString();
 }
 
 QString timeFromAdif(const QString& adif)
 {
-    const QString t = adif.trimmed();
-    if (t.size() == 4 && QTime::fromString(t, QStringLiteral("HHmm")).isValid())
-        return QTime::fromString(t, QStringLiteral("HHmm")).toString(QStringLiteral("HH:mm"));
-    if (t.size() == 6 && QTime::fromString(t, QStringLiteral("HHmmss")).isValid())
-        return QTime::fromString(t, QStringLiteral("HHmmss")).toString(QStringLiteral("HH:mm:ss"));
-    return QString();
+    if (adif.contains(QLatin1Char(':')))
+        return QString();
+    bool seconds = false;
+    const QTime t = LogClock::time(adif, &seconds);
+    if (!t.isValid())
+        return QString();
+    return seconds ? LogClock::hoursMinutesSeconds(t) : LogClock::hoursMinutes(t);
 }
 
 QString timeToAdif(const QString& text)
 {
-    const QString t = text.trimmed();
-    for (const char* format : { "HH:mm:ss", "H:mm:ss", "HHmmss" }) {
-        const QTime time = QTime::fromString(t, QLatin1String(format));
-        if (time.isValid())
-            return time.toString(QStringLiteral("HHmmss"));
-    }
-    for (const char* format : { "HH:mm", "H:mm", "HHmm" }) {
-        const QTime time = QTime::fromString(t, QLatin1String(format));
-        if (time.isValid())
-            return time.toString(QStringLiteral("HHmm"));
-    }
-    return QString();
+    bool seconds = false;
+    const QTime t = LogClock::time(text, &seconds);
+    return t.isValid() ? LogClock::compactTime(t, seconds) : QString();
 }
 
 QslStatus qslStatus(const QString& letter)
@@ -162,10 +167,9 @@ QPair<QString, QString> modeFields(const QString& mode)
 
 QByteArray field(const char* name, const QString& value)
 {
-    if (value.isEmpty())
-        return QByteArray();
-    const QByteArray bytes = value.toUtf8();
-    return QByteArray("<") + name + ':' + QByteArray::number(bytes.size()) + '>' + bytes + ' ';
+    QByteArray out;
+    appendField(out, name, value);
+    return out;
 }
 
 QByteArray header(const QDateTime& createdUtc)
@@ -189,46 +193,46 @@ QByteArray recordText(const AdifContact& c)
 
     QByteArray out;
     out.reserve(400);
-    out += field("CALL", c.callsign);
-    out += field("QSO_DATE", dateToAdif(c.date));
-    out += field("TIME_ON", timeToAdif(c.gmt));
-    out += field("BAND", bandName);
-    out += field("FREQ", freq);
-    out += field("MODE", mode);
-    out += field("SUBMODE", submode);
-    out += field("RST_SENT", c.rsts);
-    out += field("RST_RCVD", c.rstr);
-    out += field("GRIDSQUARE", c.grid);
-    out += field("NAME", c.nam);
-    out += field("COMMENT", c.comment);
-    out += field("QSL_SENT", qsl.sent);
-    out += field("QSL_RCVD", qsl.rcvd);
-    out += field("PROP_MODE", prop);
-    out += field("COUNTRY", c.dxcc);
-    out += field("DISTANCE", numberText(c.qrb));
-    out += field("QSL_VIA", c.qslman);
-    out += field("TX_PWR", c.txPwr);
-    out += field("MY_ANTENNA", c.antenna);
-    out += field("STATION_CALLSIGN", c.myCall);
-    out += field("MY_GRIDSQUARE", c.myGrid);
-    out += field("CONTEST_ID", c.contest);
-    out += field(isDigits(c.nrSent) ? "STX" : "STX_STRING", c.nrSent);
-    out += field(isDigits(c.nrRcvd) ? "SRX" : "SRX_STRING", c.nrRcvd);
-    out += field("QSLSDATE", c.qslSent);
-    out += field("QSLRDATE", c.qslRcvd);
-    out += field("CONT", c.cont);
-    out += field("CQZ", c.cqZone);
-    out += field("ITUZ", c.ituZone);
-    out += field("NOTES", c.remarks);
+    appendField(out, "CALL", c.callsign);
+    appendField(out, "QSO_DATE", dateToAdif(c.date));
+    appendField(out, "TIME_ON", timeToAdif(c.gmt));
+    appendField(out, "BAND", bandName);
+    appendField(out, "FREQ", freq);
+    appendField(out, "MODE", mode);
+    appendField(out, "SUBMODE", submode);
+    appendField(out, "RST_SENT", c.rsts);
+    appendField(out, "RST_RCVD", c.rstr);
+    appendField(out, "GRIDSQUARE", c.grid);
+    appendField(out, "NAME", c.nam);
+    appendField(out, "COMMENT", c.comment);
+    appendField(out, "QSL_SENT", qsl.sent);
+    appendField(out, "QSL_RCVD", qsl.rcvd);
+    appendField(out, "PROP_MODE", prop);
+    appendField(out, "COUNTRY", c.dxcc);
+    appendField(out, "DISTANCE", numberText(c.qrb));
+    appendField(out, "QSL_VIA", c.qslman);
+    appendField(out, "TX_PWR", c.txPwr);
+    appendField(out, "MY_ANTENNA", c.antenna);
+    appendField(out, "STATION_CALLSIGN", c.myCall);
+    appendField(out, "MY_GRIDSQUARE", c.myGrid);
+    appendField(out, "CONTEST_ID", c.contest);
+    appendField(out, isDigits(c.nrSent) ? "STX" : "STX_STRING", c.nrSent);
+    appendField(out, isDigits(c.nrRcvd) ? "SRX" : "SRX_STRING", c.nrRcvd);
+    appendField(out, "QSLSDATE", c.qslSent);
+    appendField(out, "QSLRDATE", c.qslRcvd);
+    appendField(out, "CONT", c.cont);
+    appendField(out, "CQZ", c.cqZone);
+    appendField(out, "ITUZ", c.ituZone);
+    appendField(out, "NOTES", c.remarks);
     // What the standard fields would not give back exactly.
     if (AdifBands::bandTextFor(bandName, freq) != c.band)
-        out += field("APP_KESTREL_BAND", c.band);
+        appendField(out, "APP_KESTREL_BAND", c.band);
     if (qslLetter(qsl.sent, qsl.rcvd) != c.qsl)
-        out += field("APP_KESTREL_QSL", c.qsl);
+        appendField(out, "APP_KESTREL_QSL", c.qsl);
     if (propCode(prop) != c.prop)
-        out += field("APP_KESTREL_PROP", c.prop);
+        appendField(out, "APP_KESTREL_PROP", c.prop);
     if (freqColumn(freq, c.band) != c.freq)
-        out += field("APP_KESTREL_FREQ", c.freq);
+        appendField(out, "APP_KESTREL_FREQ", c.freq);
     out += "<EOR>\n";
     return out;
 }

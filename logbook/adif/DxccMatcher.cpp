@@ -3,6 +3,8 @@
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
 
+#include <climits>
+
 namespace {
 
 QChar fold(QChar c)
@@ -43,14 +45,21 @@ void DxccMatcher::add(const QString& pattern, const QString& entity)
 {
     const int index = int(rows_.size());
     rows_.append({ pattern, entity });
-    if (pattern.isEmpty())
-        return; // matches only an empty callsign
-    const QChar first = pattern[0];
-    if (first == QLatin1Char('%') || first == QLatin1Char('_'))
-        wild_.append(index);
-    else
-        byFirst_[fold(first)].append(index);
     cache_.clear();
+    const QString body = pattern.endsWith(QLatin1Char('%')) ? pattern.chopped(1) : pattern;
+    const bool wild = body.contains(QLatin1Char('%')) || body.contains(QLatin1Char('_'));
+    if (wild) {
+        others_.append(index);
+        return;
+    }
+    QString key;
+    for (const QChar c : body)
+        key += fold(c);
+    QHash<QString, int>& map = pattern.endsWith(QLatin1Char('%')) ? prefixes_ : exact_;
+    if (!map.contains(key)) // the first row of equal patterns wins
+        map.insert(key, index);
+    if (pattern.endsWith(QLatin1Char('%')))
+        longestPrefix_ = std::max(longestPrefix_, int(key.size()));
 }
 
 bool DxccMatcher::load(const QString& connection, DbError* error)
@@ -74,22 +83,28 @@ QString DxccMatcher::entityFor(const QString& callsign)
     const auto cached = cache_.constFind(callsign);
     if (cached != cache_.cend())
         return *cached;
-    QString found;
-    if (!callsign.isEmpty()) {
-        static const QList<int> none;
-        const auto it = byFirst_.constFind(fold(callsign[0]));
-        const QList<int>& a = it == byFirst_.cend() ? none : *it;
-        // Both candidate lists in table order.
-        qsizetype i = 0;
-        qsizetype j = 0;
-        while (i < a.size() || j < wild_.size()) {
-            const int row = j >= wild_.size() || (i < a.size() && a[i] < wild_[j]) ? a[i++] : wild_[j++];
-            if (like(callsign, rows_[row].pattern)) {
-                found = rows_[row].entity;
-                break;
-            }
+    QString key;
+    for (const QChar c : callsign)
+        key += fold(c);
+    int best = exact_.value(key, INT_MAX);
+    // Every prefix of the callsign, longest first, shortened in place.
+    key.truncate(std::min(int(key.size()), longestPrefix_));
+    for (;; key.chop(1)) {
+        const auto it = prefixes_.constFind(key);
+        if (it != prefixes_.cend())
+            best = std::min(best, *it);
+        if (key.isEmpty())
+            break;
+    }
+    for (const int row : others_) {
+        if (row >= best)
+            break;
+        if (like(callsign, rows_[row].pattern)) {
+            best = row;
+            break;
         }
     }
+    const QString found = best == INT_MAX ? QString() : rows_[best].entity;
     cache_.insert(callsign, found);
     return found;
 }

@@ -2,6 +2,8 @@
 // The DXCC lookup for many callsigns at once (the ADIF import): the dxccdata patterns read
 // once, matched in memory with LIKE's rules (no case, "%" any text, "_" one character) and in
 // the table's order, so the first matching row gives the entity, as the window's lookup does.
+// Plain prefixes ("DL%") and exact calls are found through hashes, other patterns are tried
+// one by one, and the first row of all that match wins.
 #include "logbook/db/DbError.h"
 
 #include <QHash>
@@ -27,7 +29,9 @@ private:
         QString entity;
     };
     QList<Row> rows_;
-    QHash<QChar, QList<int>> byFirst_; // rows whose pattern starts with this (upper-case) character
-    QList<int> wild_; // rows whose pattern starts with a wildcard
+    QHash<QString, int> prefixes_; // upper-case prefix of "PREFIX%" -> its first row
+    QHash<QString, int> exact_; // upper-case text of a pattern without wildcards -> its first row
+    QList<int> others_; // rows with wildcards elsewhere
+    int longestPrefix_ = 0;
     QHash<QString, QString> cache_;
 };

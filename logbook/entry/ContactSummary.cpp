@@ -1,8 +1,6 @@
 #include "logbook/entry/ContactSummary.h"
 
-#include "logbook/db/LogDate.h"
-
-#include <QTime>
+#include "logbook/entry/LogClock.h"
 
 #include <cmath>
 
@@ -10,19 +8,14 @@ namespace ContactSummary {
 
 QString dateText(const QString& date)
 {
-    const QDate d = LogDate::parse(date);
-    return d.isValid() ? d.toString(QStringLiteral(" dd.MM.yyyy")) : date;
+    const QDate d = LogClock::date(date);
+    return d.isValid() ? QLatin1Char(' ') + LogClock::displayDate(d) : date;
 }
 
 QString timeText(const QString& time)
 {
-    const QString t = time.trimmed();
-    for (const char* format : { "HH:mm:ss", "H:mm:ss", "HH:mm", "H:mm", "HHmmss", "HHmm" }) {
-        const QTime parsed = QTime::fromString(t, QLatin1String(format));
-        if (parsed.isValid())
-            return parsed.toString(QStringLiteral("HH:mm"));
-    }
-    return time;
+    const QTime t = LogClock::time(time);
+    return t.isValid() ? LogClock::hoursMinutes(t) : time;
 }
 
 QString numberText(float value)

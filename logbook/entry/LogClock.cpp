@@ -1,0 +1,149 @@
+#include "logbook/entry/LogClock.h"
+
+#include "logbook/db/LogDate.h"
+
+namespace {
+
+// The number of `count` digits from `at`; -1 when one is no digit.
+int digits(const QString& s, qsizetype at, int count)
+{
+    int v = 0;
+    for (int i = 0; i < count; ++i) {
+        const QChar c = s[at + i];
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            return -1;
+        v = v * 10 + (c.unicode() - u'0');
+    }
+    return v;
+}
+
+void two(QString& out, int v)
+{
+    out += QChar(u'0' + v / 10);
+    out += QChar(u'0' + v % 10);
+}
+
+void four(QString& out, int v)
+{
+    two(out, v / 100);
+    two(out, v % 100);
+}
+
+QDate fromParts(int y, int m, int d)
+{
+    return y < 0 || m < 0 || d < 0 ? QDate() : QDate(y, m, d);
+}
+
+} // namespace
+
+namespace LogClock {
+
+QDate compactDate(const QString& t)
+{
+    return t.size() == 8 ? fromParts(digits(t, 0, 4), digits(t, 4, 2), digits(t, 6, 2)) : QDate();
+}
+
+QDate date(const QString& text)
+{
+    const QString& t = text;
+    if (t.size() == 10 && t[4] == QLatin1Char('-') && t[7] == QLatin1Char('-'))
+        return fromParts(digits(t, 0, 4), digits(t, 5, 2), digits(t, 8, 2));
+    if (t.size() == 10 && t[2] == QLatin1Char('.') && t[5] == QLatin1Char('.'))
+        return fromParts(digits(t, 6, 4), digits(t, 3, 2), digits(t, 0, 2));
+    return LogDate::parse(text);
+}
+
+QTime time(const QString& text, bool* withSeconds)
+{
+    const QString t = text.trimmed();
+    int h = -1, m = -1, s = 0;
+    bool seconds = false;
+    const qsizetype colon = t.indexOf(QLatin1Char(':'));
+    if (colon == 1 || colon == 2) {
+        h = digits(t, 0, int(colon));
+        const qsizetype rest = t.size() - colon - 1;
+        if (rest == 2) {
+            m = digits(t, colon + 1, 2);
+        } else if (rest == 5 && t[colon + 3] == QLatin1Char(':')) {
+            m = digits(t, colon + 1, 2);
+            s = digits(t, colon + 4, 2);
+            seconds = true;
+        }
+    } else if (colon < 0 && (t.size() == 4 || t.size() == 6)) {
+        h = digits(t, 0, 2);
+        m = digits(t, 2, 2);
+        if (t.size() == 6) {
+            s = digits(t, 4, 2);
+            seconds = true;
+        }
+    }
+    if (h < 0 || m < 0 || s < 0 || !QTime::isValid(h, m, s))
+        return QTime();
+    if (withSeconds)
+        *withSeconds = seconds;
+    return QTime(h, m, s);
+}
+
+QString displayDate(QDate d)
+{
+    QString out;
+    out.reserve(10);
+    two(out, d.day());
+    out += QLatin1Char('.');
+    two(out, d.month());
+    out += QLatin1Char('.');
+    four(out, d.year());
+    return out;
+}
+
+QString storedDate(QDate d)
+{
+    QString out;
+    out.reserve(10);
+    four(out, d.year());
+    out += QLatin1Char('-');
+    two(out, d.month());
+    out += QLatin1Char('-');
+    two(out, d.day());
+    return out;
+}
+
+QString compactDateText(QDate d)
+{
+    QString out;
+    out.reserve(8);
+    four(out, d.year());
+    two(out, d.month());
+    two(out, d.day());
+    return out;
+}
+
+QString hoursMinutes(QTime t)
+{
+    QString out;
+    out.reserve(5);
+    two(out, t.hour());
+    out += QLatin1Char(':');
+    two(out, t.minute());
+    return out;
+}
+
+QString hoursMinutesSeconds(QTime t)
+{
+    QString out = hoursMinutes(t);
+    out += QLatin1Char(':');
+    two(out, t.second());
+    return out;
+}
+
+QString compactTime(QTime t, bool withSeconds)
+{
+    QString out;
+    two(out, t.hour());
+    two(out, t.minute());
+    if (withSeconds)
+        two(out, t.second());
+    return out;
+}
+
+} // namespace LogClock
