@@ -12,9 +12,14 @@
 #include "ui/logbook/Form5.h"
 #include "ui/qsl/Form6.h"
 #include "ui/rig/StationPanels.h"
+#include "devices/rig/RigController.h"
+#include "logbook/db/DatabaseFile.h"
+#include "ui/rig/RigPanel.h"
 #include "ui/spectrum/SpectrumPanel.h"
 
 #include <QApplication>
+#include <QFileDialog>
+#include <QMenuBar>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -80,8 +85,33 @@ int main(int argc, char** argv)
         QStringLiteral("mnuInitial"), [&](QWidget* parent) { return new Form2(station, form1, parent); });
     form1.registerWindow(
         QStringLiteral("mnuQSL"), [&](QWidget* parent) { return new Form6(station, parent); });
-    form1.registerWindow(
-        QStringLiteral("mnuPacket"), [&](QWidget* parent) { return new ClusterWindow(station, parent); });
+    form1.registerWindow(QStringLiteral("mnuPacket"), [&](QWidget* parent) {
+        auto* cluster = new ClusterWindow(station, parent);
+        cluster->setOpenSettings([&form1] { form1.showWindow(QStringLiteral("mnuInitial")); });
+        // A picked spot tunes the rig through the same path as the main window's own tuning.
+        cluster->setTuneTo([&panels](const QString& tenHz) {
+            RigController& rig = panels.rig().controller();
+            rig.setCounter(tenHz.toLongLong());
+            rig.SendFreq(tenHz);
+        });
+        return cluster;
+    });
+
+    // A recording can stand in for the sound card, to look at it or to try the display.
+    QAction* recording = form1.menuBar()->addAction(QStringLiteral("&Recording..."));
+    recording->setObjectName(QStringLiteral("mnuRecording"));
+    QObject::connect(recording, &QAction::triggered, spectrum, [&form1, spectrum] {
+        const QString path = QFileDialog::getOpenFileName(
+            &form1, QStringLiteral("Open recording"), QString(), QStringLiteral("WAV files (*.wav)"));
+        if (!path.isEmpty())
+            spectrum->openWaveFile(path);
+    });
+
+    // Leave backup.db whole on its own, without its write-ahead journal beside it.
+    QObject::connect(&form1, &Form1::unloaded, &app, [&station] {
+        if (!station.dbConnection.isEmpty())
+            DatabaseFile::checkpoint(station.dbConnection);
+    });
 
     QObject::connect(&form1, &Form1::unloaded, &app, &QApplication::quit, Qt::QueuedConnection);
     form1.load();
