@@ -8,6 +8,7 @@
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
 #include "ui/logbook/Form5.h"
+#include "ui/widgets/OptionGroup.h"
 
 #include <QApplication>
 #include <QDate>
@@ -184,9 +185,22 @@ int main(int argc, char** argv)
         form.locatorCheck();
         t.restart();
         form.Save_Click();
+        waitIdle(form);
         saves.push_back(t.nsecsElapsed() / 1e6);
     }
     row("save a contact on 144 MHz (with SQNr and list reload)", median(saves));
+    form.findChild<QRadioButton*>("OptBand21")->click();
+    form.findChild<QLineEdit*>("Ca")->setText("DL9XYZ");
+    t.restart();
+    form.Save_Click();
+    row("save a contact on all bands: the write, until the window takes input", t.nsecsElapsed() / 1e6);
+    waitIdle(form);
+    row("  the same until SQNr over 100 000 and the list reload are done", t.nsecsElapsed() / 1e6);
+    form.findChild<OptionGroup*>("uSc_MultiOption1")->setValue(2);
+    t.restart();
+    form.Search_Click();
+    waitIdle(form);
+    row("empty search on all bands: SQNr and SQNQr in slices", t.nsecsElapsed() / 1e6);
     std::printf("\n");
 
     // Map data completion of the 10 000 imported 432 MHz records, through the window.

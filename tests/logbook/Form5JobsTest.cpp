@@ -119,6 +119,7 @@ TEST(Form5Jobs, WindowPicture)
     QTest::keyClicks(f.edit("Gr"), "JO62QM");
     f.key(Qt::Key_Return);
     f.click("Search");
+    ASSERT_TRUE(f.waitIdle());
     const QPixmap shot = f.form->grab();
     EXPECT_FALSE(shot.isNull());
     const QString path = qEnvironmentVariable("KESTREL_FORM5_SHOT");

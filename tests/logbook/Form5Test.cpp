@@ -150,6 +150,8 @@ TEST(Form5Entry, EnterWalksTheLineAndSavesOnTheButton)
     EXPECT_EQ(f.logCount(), 0);
     f.key(Qt::Key_Return);
     EXPECT_EQ(f.logCount(), 1);
+    ASSERT_TRUE(f.waitIdle());
+    EXPECT_EQ(f.text("DataGrid1Caption"), "1");
     EXPECT_TRUE(f.db.prompts.shown.isEmpty()) << f.db.prompts.shown.join('|').toStdString();
 }
 
@@ -169,6 +171,8 @@ TEST(Form5Save, RowReadsBackAndTheLineIsCleared)
         f.edit(name)->setText(QLatin1String(value));
     f.click("Save");
     ASSERT_TRUE(f.db.prompts.shown.isEmpty()) << f.db.prompts.shown.join('|').toStdString();
+    EXPECT_EQ(f.text("Ca"), ""); // cleared at once; the count and the list follow in slices
+    ASSERT_TRUE(f.waitIdle());
 
     const QList<Row> rows = f.db.rows({ "Date", "GMT", "Callsign", "Grid", "rsts", "rstr", "Band", "mode",
         "Nam", "Comment", "QSL", "Prop", "DXCC", "QRB", "QTF", "GEdata", "GEgridXY", "GEpoly" });
@@ -237,6 +241,7 @@ TEST(Form5Search, EmptyTextCountsSquaresAndLeavesTheGrid)
     f.child<OptionGroup>("uSc_MultiOption1")->setValue(2);
     const QString before = f.form->gridModel()->recordset().source();
     f.click("Search");
+    ASSERT_TRUE(f.waitIdle());
     EXPECT_EQ(f.text("Sqw"), "2");
     EXPECT_EQ(f.text("SQc"), "1");
     EXPECT_EQ(f.form->gridModel()->recordset().source(), before);
@@ -244,6 +249,7 @@ TEST(Form5Search, EmptyTextCountsSquaresAndLeavesTheGrid)
 
     f.child<OptionGroup>("uSc_MultiOption1")->setValue(1);
     f.click("Search");
+    ASSERT_TRUE(f.waitIdle());
     EXPECT_EQ(f.text("dxw"), "1");
     EXPECT_EQ(f.text("DXc"), "1");
 }
@@ -314,4 +320,29 @@ TEST(Form5Window, ClosingWritesTheStationSettingsAndOpeningReadsThem)
     EXPECT_EQ(f.db.station.bandPattern, "14200%");
     Form5Fixture other(99); // a band index out of range opens on all bands
     EXPECT_EQ(other.form->bandIndex(), 21);
+}
+
+TEST(Form5Save, TwoQuickSavesBothCountAndTheWindowClosesMidCount)
+{
+    Form5Fixture f(10);
+    f.edit("Ca")->setText("DL1ABC");
+    f.edit("Gr")->setText("JO62QM");
+    f.edit("Ba")->setText("144");
+    f.form->locatorCheck();
+    f.click("Save");
+    f.edit("Ba")->setText("144");
+    f.edit("Ca")->setText("DL2ABC");
+    f.edit("Gr")->setText("JN48");
+    f.form->locatorCheck();
+    f.click("Save"); // the first count is still under way: it is replaced
+    ASSERT_TRUE(f.waitIdle());
+    EXPECT_EQ(f.logCount(), 2);
+    EXPECT_EQ(f.text("Sqw"), "2");
+    EXPECT_EQ(f.text("DataGrid1Caption"), "2");
+    f.edit("Ca")->setText("DL3ABC");
+    f.click("Save");
+    f.form->close(); // a count in slices does not keep the window open
+    EXPECT_FALSE(f.form->isVisible());
+    EXPECT_FALSE(f.form->isBusy());
+    EXPECT_EQ(f.logCount(), 3);
 }

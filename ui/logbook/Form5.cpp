@@ -142,6 +142,8 @@ void Form5::showEvent(QShowEvent* event)
 
 void Form5::closeEvent(QCloseEvent* event)
 {
+    if (countsJob_)
+        countsJob_->abandon(); // counts are redone on the next save or search
     if (isBusy()) {
         event->ignore(); // a long action is running: its dialog offers Cancel
         return;
@@ -153,7 +155,8 @@ void Form5::closeEvent(QCloseEvent* event)
 
 bool Form5::isBusy() const
 {
-    return (job_ && job_->isRunning()) || (mapExport_ && mapExport_->isRunning());
+    return (job_ && job_->isRunning()) || (countsJob_ && countsJob_->isRunning())
+        || (mapExport_ && mapExport_->isRunning());
 }
 
 void Form5::OptBand_Click(int index)
@@ -259,9 +262,7 @@ void Form5::Save_Click()
     for (QLineEdit* b :
         { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs, ui_.Co, ui_.Pr })
         b->clear();
-    SQNr(station_, fields_, station_.bandPattern, ui_.txtStr->text());
-    showCounts();
-    loadLogList(QStringLiteral("Save_Click"));
+    runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
 }
 
 void Form5::Search_Click()
@@ -269,14 +270,10 @@ void Form5::Search_Click()
     const SearchPlan plan
         = LogSearch::plan(ui_.txtStr->text(), ui_.uSc_MultiOption1->value(), station_.bandPattern);
     if (!plan.rebind) {
-        if (plan.counts == SearchPlan::Counts::Squares) {
-            SQNr(station_, fields_, station_.bandPattern, ui_.txtStr->text());
-            SQNQr(station_, fields_, station_.bandPattern, ui_.txtStr->text());
-        } else if (plan.counts == SearchPlan::Counts::Entities) {
-            DXNr(station_, fields_, station_.bandPattern, ui_.txtStr->text());
-            DXNQr(station_, fields_, station_.bandPattern, ui_.txtStr->text());
-        }
-        showCounts();
+        if (plan.counts == SearchPlan::Counts::Squares)
+            runCounts({ int(LogCount::Kind::SQNr), int(LogCount::Kind::SQNQr) });
+        else if (plan.counts == SearchPlan::Counts::Entities)
+            runCounts({ int(LogCount::Kind::DXNr), int(LogCount::Kind::DXNQr) });
         return;
     }
     Recordset rs = LogSearch::open(station_.dbConnection, plan);

@@ -14,6 +14,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class LogGridModel;
@@ -82,6 +83,9 @@ private:
     void chooseImportFile();
     void chooseExportFile();
     void runJob(SlicedJob* job);
+    // The square or entity counts in slices (the window stays usable), then `after`. A new
+    // run replaces one still under way.
+    void runCounts(const QList<int>& kinds, std::function<void()> after = {});
     LocatorProcedure completionLocator();
     LocatorProcedure importLocator();
 
@@ -96,4 +100,5 @@ private:
     MapViewer* viewer_ = nullptr;
     LogMapExport* mapExport_ = nullptr;
     QPointer<SlicedJob> job_;
+    QPointer<SlicedJob> countsJob_;
 };

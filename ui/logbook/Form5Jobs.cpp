@@ -30,6 +30,57 @@ void Form5::runJob(SlicedJob* job)
     job->start();
 }
 
+void Form5::runCounts(const QList<int>& kinds, std::function<void()> after)
+{
+    if (countsJob_)
+        countsJob_->abandon();
+    struct Run {
+        QList<int> kinds;
+        std::unique_ptr<LogCount> count;
+    };
+    auto run = std::make_shared<Run>();
+    run->kinds = kinds;
+    const QString pattern = station_.bandPattern;
+    const QString search = ui_.txtStr->text();
+    SlicedJob::Steps steps;
+    steps.label = QStringLiteral("Counting ...");
+    steps.step = [this, run, pattern, search] {
+        for (;;) {
+            if (!run->count) {
+                if (run->kinds.isEmpty())
+                    return false;
+                run->count = std::make_unique<LogCount>(
+                    station_, fields_, LogCount::Kind(run->kinds.takeFirst()), pattern, search);
+                run->count->start();
+            }
+            if (run->count->state() == LogCount::State::Running
+                && run->count->step(kSliceNs) == LogCount::State::Running)
+                return true;
+            if (run->count->state() == LogCount::State::Failed) // its message is shown
+                return false;
+            run->count.reset();
+        }
+    };
+    steps.cancel = [run] {
+        if (run->count)
+            run->count->cancel();
+        run->kinds.clear();
+    };
+    steps.progress = [run]() -> std::pair<qint64, qint64> {
+        return run->count ? std::pair { run->count->done(), run->count->total() }
+                          : std::pair<qint64, qint64> {};
+    };
+    auto* job = new SlicedJob(this, nullptr, steps);
+    countsJob_ = job;
+    connect(job, &SlicedJob::finished, job, &QObject::deleteLater);
+    connect(job, &SlicedJob::finished, this, [this, after](bool) {
+        showCounts();
+        if (after)
+            after();
+    });
+    job->start();
+}
+
 // The completion's locator procedure: RichtungQRB on the window's own fields, as the record's
 // locator would run in the locator box; the record's QRB and QTF come in as the stored values.
 LocatorProcedure Form5::completionLocator()

@@ -65,6 +65,21 @@ void SlicedJob::tick()
         end(false);
 }
 
+void SlicedJob::abandon()
+{
+    if (running_ && steps_.cancel)
+        steps_.cancel();
+    running_ = false;
+    if (dialog_) {
+        dialog_->hide();
+        dialog_->deleteLater();
+        dialog_ = nullptr;
+    }
+    if (disable_)
+        disable_->setEnabled(true);
+    deleteLater();
+}
+
 void SlicedJob::end(bool cancelled)
 {
     running_ = false;

@@ -25,12 +25,14 @@ public:
         std::function<std::pair<qint64, qint64>()> progress;
     };
 
-    // `window` owns the dialog; `disable` is disabled while the job runs.
+    // `window` owns the dialog; `disable` (may be null) is disabled while the job runs.
     SlicedJob(QWidget* window, QWidget* disable, Steps steps);
     ~SlicedJob() override;
 
     void start();
     bool isRunning() const { return running_; }
+    // Stops the action now (its cancel runs) without reporting finished(); the job goes.
+    void abandon();
     void setLabel(const QString& label);
 
     // The dialog appears when the action lasts this long (ms).
