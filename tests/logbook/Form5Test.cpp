@@ -346,3 +346,17 @@ TEST(Form5Save, TwoQuickSavesBothCountAndTheWindowClosesMidCount)
     EXPECT_FALSE(f.form->isBusy());
     EXPECT_EQ(f.logCount(), 3);
 }
+
+TEST(Form5Window, AListThatCannotBeReadNamesTheProcedure)
+{
+    Form5Fixture f(10);
+    f.db.station.dbConnection = f.db.dir.file("gone/backup.db");
+    f.click("OptBand4");
+    ASSERT_EQ(f.db.prompts.shown.size(), 1);
+    EXPECT_TRUE(
+        f.db.prompts.shown[0].startsWith("Error 3024 (The folder of the database file does not exist"));
+    EXPECT_TRUE(f.db.prompts.shown[0].endsWith(") in procedure OptBand_Click of Formular form5"));
+    f.edit("txtStr")->setText("DL");
+    f.click("Search");
+    EXPECT_TRUE(f.db.prompts.shown.last().endsWith(") in procedure Search_Click of Formular form5"));
+}
