@@ -4,24 +4,14 @@
 
 #include <QProcess>
 #include <QStandardPaths>
-#include <QtEndian>
 #include <gtest/gtest.h>
 
 namespace {
-QVector<qint16> readAll(WavReader& r, int max = 100000)
+QVector<qint16> readAll(WavReader& r)
 {
-    QVector<qint16> out(max);
-    out.resize(r.read(out.data(), max));
+    QVector<qint16> out(100000);
+    out.resize(r.read(out.data(), out.size()));
     return out;
-}
-
-QVector<qint16> readFile(const TempDir& dir, const QString& name, const QByteArray& bytes)
-{
-    dir.write(name, bytes);
-    WavReader r;
-    QString error;
-    EXPECT_TRUE(r.open(dir.file(name), error)) << error.toStdString();
-    return readAll(r);
 }
 
 QString openError(const TempDir& dir, const QString& name, const QByteArray& bytes)
@@ -34,74 +24,45 @@ QString openError(const TempDir& dir, const QString& name, const QByteArray& byt
 }
 } // namespace
 
-TEST(WavReader, SixteenBitMonoAtTheMonitorRateComesThroughUnchanged)
+TEST(WavReader, EveryFormatComesOutAsSixteenBitMonoAt22050)
 {
-    TempDir dir;
-    const QVector<qint16> samples { 0, 1, -1, 32767, -32768, 1234, -4321 };
-    EXPECT_EQ(
-        readFile(dir, "a.wav", WavTestFile::build(1, 1, 22050, 16, WavTestFile::pcm16(samples))), samples);
-}
-
-TEST(WavReader, ChannelsAreMixedAndOtherRatesResampled)
-{
-    TempDir dir;
-    // Stereo: the mean of left and right.
-    const QVector<qint16> stereo { 100, 300, -1000, 1000, 32767, 32767 };
-    EXPECT_EQ(readFile(dir, "s.wav", WavTestFile::build(1, 2, 22050, 16, WavTestFile::pcm16(stereo))),
-        (QVector<qint16> { 200, 0, 32767 }));
-    // 44100: every second frame.
-    const QVector<qint16> fast { 0, 5, 10, 15, 20, 25, 30, 35 };
-    EXPECT_EQ(readFile(dir, "f.wav", WavTestFile::build(1, 1, 44100, 16, WavTestFile::pcm16(fast))),
-        (QVector<qint16> { 0, 10, 20, 30 }));
-    // 11025: midpoints between frames; the last frame has no successor.
-    const QVector<qint16> slow { 0, 100, 300 };
-    EXPECT_EQ(readFile(dir, "l.wav", WavTestFile::build(1, 1, 11025, 16, WavTestFile::pcm16(slow))),
-        (QVector<qint16> { 0, 50, 100, 200, 300 }));
-}
-
-TEST(WavReader, OtherSampleFormats)
-{
-    TempDir dir;
-    EXPECT_EQ(readFile(dir, "8.wav", WavTestFile::build(1, 1, 22050, 8, QByteArray("\x80\xC0\x00\xFF", 4))),
-        (QVector<qint16> { 0, 16384, -32768, 32512 }));
-    QByteArray b24("\x00\x00\x40\x00\x00\xC0\xFF\xFF\x7F", 9); // 0.5, -0.5, just under 1
-    EXPECT_EQ(readFile(dir, "24.wav", WavTestFile::build(1, 1, 22050, 24, b24)),
-        (QVector<qint16> { 16384, -16384, 32767 }));
+    using namespace WavTestFile;
+    using S = QVector<qint16>;
     QByteArray f32;
-    for (float f : { 0.25f, -1.0f, 2.0f }) {
-        char c[4];
-        qToLittleEndian(f, c);
-        f32.append(c, 4);
+    for (float f : { 0.25f, -1.0f, 2.0f })
+        put(f32, f);
+    const struct {
+        const char* what;
+        QByteArray file;
+        S expected;
+    } cases[] = {
+        { "16-bit mono at 22050: unchanged", build(1, 1, 22050, 16, pcm16({ 0, -1, 32767, -32768, 1234 })),
+            { 0, -1, 32767, -32768, 1234 } },
+        { "stereo: the mean of left and right",
+            build(1, 2, 22050, 16, pcm16({ 100, 300, -1000, 1000, 32767, 32767 })), { 200, 0, 32767 } },
+        { "44100: every second frame", build(1, 1, 44100, 16, pcm16({ 0, 5, 10, 15, 20, 25, 30, 35 })),
+            { 0, 10, 20, 30 } },
+        { "11025: midpoints, the last frame has no successor", build(1, 1, 11025, 16, pcm16({ 0, 100, 300 })),
+            { 0, 50, 100, 200, 300 } },
+        { "8 bits", build(1, 1, 22050, 8, QByteArray("\x80\xC0\x00\xFF", 4)), { 0, 16384, -32768, 32512 } },
+        { "24 bits: 0.5, -0.5, just under 1",
+            build(1, 1, 22050, 24, QByteArray("\x00\x00\x40\x00\x00\xC0\xFF\xFF\x7F", 9)),
+            { 16384, -16384, 32767 } },
+        { "float, clipped", build(3, 1, 22050, 32, f32), { 8192, -32768, 32767 } },
+        { "a padded odd-sized chunk before fmt",
+            build(1, 1, 22050, 16, pcm16({ 7, 8, 9 }), QByteArray("LIST\x03\x00\x00\x00xyz\x00", 12)),
+            { 7, 8, 9 } },
+        { "streamed: data size 0 reads to the end", build(1, 1, 22050, 16, pcm16({ 7, 8, 9 }), {}, 0),
+            { 7, 8, 9 } },
+    };
+    TempDir dir;
+    for (const auto& c : cases) {
+        dir.write("x.wav", c.file);
+        WavReader r;
+        QString error;
+        ASSERT_TRUE(r.open(dir.file("x.wav"), error)) << c.what << ": " << error.toStdString();
+        EXPECT_EQ(readAll(r), c.expected) << c.what;
     }
-    EXPECT_EQ(readFile(dir, "f.wav", WavTestFile::build(3, 1, 22050, 32, f32)),
-        (QVector<qint16> { 8192, -32768, 32767 }));
-}
-
-TEST(WavReader, SkipsOtherChunksAndReadsStreamedDataToTheEnd)
-{
-    TempDir dir;
-    const QByteArray list("LIST\x03\x00\x00\x00xyz\x00", 12); // odd size, padded
-    const QVector<qint16> samples { 7, 8, 9 };
-    EXPECT_EQ(readFile(dir, "l.wav", WavTestFile::build(1, 1, 22050, 16, WavTestFile::pcm16(samples), list)),
-        samples);
-    EXPECT_EQ(readFile(dir, "z.wav", WavTestFile::build(1, 1, 22050, 16, WavTestFile::pcm16(samples), {}, 0)),
-        samples);
-}
-
-TEST(WavReader, ReadsAcrossManyBlocks)
-{
-    TempDir dir;
-    const QVector<qint16> tone = WavTestFile::tone(1000, 0.5, 22050, 30000);
-    WavTestFile::writeMono16(dir.file("t.wav"), tone);
-    WavReader r;
-    QString error;
-    ASSERT_TRUE(r.open(dir.file("t.wav"), error));
-    QVector<qint16> got;
-    qint16 part[8192];
-    int n;
-    while ((n = r.read(part, 8192)) > 0)
-        got.append(QVector<qint16>(part, part + n));
-    EXPECT_EQ(got, tone);
 }
 
 TEST(WavReader, FileWrittenBySox)
