@@ -62,17 +62,13 @@ protected:
 
 } // namespace
 
-TEST_F(Form6Window, CarriesTheNamedControlsAndTheStationLines)
+TEST_F(Form6Window, ShowsTheStationLinesAndHandsItsOwnLayoutToThePrinter)
 {
     EXPECT_EQ(form->objectName().toStdString(), "Form6");
-    for (const char* name : { "Label4", "Label1", "Label3", "Label10", "Picture1", "Picture2" })
-        EXPECT_NE(form->findChild<QLabel*>(QString::fromLatin1(name)), nullptr) << name;
-    EXPECT_NE(form->findChild<QLineEdit*>(QStringLiteral("Cal")), nullptr);
-    for (const char* name : { "datem", "utc", "qrg", "mode", "rsts", "qrb", "qtf" })
-        EXPECT_NE(form->findChild<QPlainTextEdit*>(QString::fromLatin1(name)), nullptr) << name;
-    for (const char* name : { "Command1", "Command3", "Command4", "BeaconPrint", "Empty", "StopPrint", "Exit",
-             "cmdPrinter", "cmdPreview" })
-        EXPECT_NE(form->findChild<QPushButton*>(QString::fromLatin1(name)), nullptr) << name;
+    // The controls no test below drives by name.
+    for (const char* name :
+        { "Label4", "Label1", "Label3", "Label10", "utc", "qrg", "mode", "rsts", "qrb", "qtf" })
+        EXPECT_NE(form->findChild<QWidget*>(QString::fromLatin1(name)), nullptr) << name;
 
     EXPECT_EQ(shown(CardName::MyCall).toStdString(), "DL7KES");
     EXPECT_EQ(shown(CardName::MyGrid).toStdString(), "Loc: JO62QM48ab");
@@ -113,107 +109,88 @@ TEST_F(Form6Window, Command4PrintsThanksCardsMarksQAndClearsTheBoxes)
     EXPECT_TRUE(prompts.shown.isEmpty()) << prompts.shown.join('\n').toStdString();
     EXPECT_EQ(form->letter().toStdString(), "T");
     const QString text = pdfText(pdf);
-    EXPECT_EQ(text.count(QLatin1Char('\f')), 2);
-    EXPECT_EQ(text.count(QStringLiteral("TNX QSL")), 2);
-    EXPECT_EQ(text.count(QStringLiteral("Confirming 2-way QSO with:")), 2);
-    EXPECT_LT(text.indexOf(QStringLiteral("DL1ABC")), text.indexOf(QStringLiteral("OK1XYZ")));
-    EXPECT_TRUE(text.contains(QStringLiteral("DL7KES")));
-    EXPECT_TRUE(text.contains(QStringLiteral("14,200")));
-
-    const auto letters = qslLetters(db);
-    EXPECT_EQ(letters.value("OK1XYZ 15.11.2026 18:20:05").toStdString(), "Q");
-    EXPECT_EQ(letters.value("DL1ABC 14.11.2026 09:30").toStdString(), "Q");
-    EXPECT_EQ(letters.value("G4ABC 13.11.2026 10:00").toStdString(), "S");
-
+    EXPECT_EQ(text.count('\f'), 2);
+    EXPECT_EQ(text.count("TNX QSL"), 2);
+    EXPECT_LT(text.indexOf("DL1ABC"), text.indexOf("OK1XYZ"));
+    EXPECT_EQ(qslLetters(db).values().join(' ').toStdString(), "Q S Q"); // DL1ABC G4ABC OK1XYZ
     EXPECT_EQ(shown(CardName::Greeting).toStdString(), "TNX QSL");
     for (const QString& box : { CardName::Callsign, CardName::Date, CardName::Time, CardName::Band })
         EXPECT_TRUE(shown(box).isEmpty()) << box.toStdString();
 }
 
-TEST_F(Form6Window, BeaconPrintAndStopPrintRepeatTheChosenLetter)
+TEST_F(Form6Window, BeaconPrintThenStopPrintRepeatsTheChosenLetter)
 {
+    click("StopPrint"); // before any run: nothing to repeat
+    EXPECT_FALSE(QFile::exists(pdf));
+    EXPECT_TRUE(form->findChild<QLabel*>("lblNote")->text().contains("choose Y, S, T or B"));
+
     addContacts(db, { { "01.03.2026", "20:00", "DB0ABC", "10368", "B" } });
     click("BeaconPrint");
     EXPECT_EQ(shown(CardName::Confirmation).toStdString(), "Confirming heard Beacon:");
     EXPECT_EQ(shown(CardName::Closing).toStdString(), "Best 73 de");
-    EXPECT_TRUE(pdfText(pdf).contains(QStringLiteral("DB0ABC")));
+    EXPECT_TRUE(pdfText(pdf).contains("DB0ABC"));
 
     addContacts(db, { { "02.03.2026", "21:00", "OK0EA", "1296", "B" } });
     click("StopPrint");
     const QString text = pdfText(pdf);
-    EXPECT_TRUE(text.contains(QStringLiteral("OK0EA")));
-    EXPECT_FALSE(text.contains(QStringLiteral("DB0ABC")));
-    EXPECT_EQ(qslLetters(db).values().count(QStringLiteral("N")), 2);
-}
-
-TEST_F(Form6Window, StopPrintBeforeAnyRunPrintsNothing)
-{
-    addContacts(db, { { "01.03.2026", "20:00", "DL1AA", "144", "" } });
-    click("StopPrint");
-    EXPECT_FALSE(QFile::exists(pdf));
-    EXPECT_TRUE(form->findChild<QLabel*>(QStringLiteral("lblNote"))
-                    ->text()
-                    .contains(QStringLiteral("choose Y, S, T or B")));
+    EXPECT_TRUE(text.contains("OK0EA"));
+    EXPECT_FALSE(text.contains("DB0ABC"));
+    EXPECT_EQ(qslLetters(db).values().join(' ').toStdString(), "N N");
 }
 
 TEST_F(Form6Window, EmptyPrintsTheWindowAsOneCardWithPseQsl)
 {
     addContacts(db, { { "01.03.2026", "20:00", "DL1AA", "144", "Y" } });
-    auto* cal = form->findChild<QLineEdit*>(QStringLiteral("Cal"));
-    QTest::keyClicks(cal, QStringLiteral("HB9QQ"));
-    form->findChild<QPlainTextEdit*>(QStringLiteral("datem"))->setPlainText(QStringLiteral(" 24.12.2025"));
+    QTest::keyClicks(form->findChild<QLineEdit*>("Cal"), "HB9QQ");
+    form->findChild<QPlainTextEdit*>("datem")->setPlainText(" 24.12.2025");
     click("Empty");
     EXPECT_TRUE(prompts.shown.isEmpty()) << prompts.shown.join('\n').toStdString();
     EXPECT_EQ(form->letter().toStdString(), "X");
-    EXPECT_EQ(pdfPages(pdf), 1);
     const QString text = pdfText(pdf);
+    EXPECT_EQ(text.count('\f'), 1);
     for (const char* part : { "PSE QSL", "HB9QQ", "24.12.2025", "Confirming 2-way QSO with:", "DL7KES" })
         EXPECT_TRUE(text.contains(QString::fromLatin1(part))) << part;
     EXPECT_EQ(shown(CardName::Greeting).toStdString(), "PSE QSL");
     EXPECT_EQ(shown(CardName::Callsign).toStdString(), "HB9QQ"); // the window keeps what it printed
-    EXPECT_EQ(qslLetters(db).value("DL1AA 01.03.2026 20:00").toStdString(), "Y");
+    EXPECT_EQ(qslLetters(db).values().join(' ').toStdString(), "Y");
 }
 
-TEST_F(Form6Window, AnUnwritablePdfIsFoundBeforeAnyLetterChanges)
+TEST_F(Form6Window, AnUnwritablePdfOrAMissingDatabaseChangesNoLetter)
 {
     addContacts(db, { { "01.03.2026", "20:00", "DL1AA", "144", "Y" } });
-    tmp.write(QStringLiteral("plainfile"), "x");
-    form->printer().setOutputFileName(tmp.file(QStringLiteral("plainfile/cards.pdf")));
+    tmp.write("plainfile", "x");
+    form->printer().setOutputFileName(tmp.file("plainfile/cards.pdf"));
     click("Command1");
     ASSERT_EQ(prompts.shown.size(), 1);
-    EXPECT_TRUE(
-        prompts.shown[0].startsWith(QStringLiteral("Printing is not possible: the folder of the PDF file")))
+    EXPECT_TRUE(prompts.shown[0].startsWith("Printing is not possible: the folder of the PDF file"))
         << prompts.shown[0].toStdString();
-    EXPECT_TRUE(prompts.shown[0].endsWith(QStringLiteral("No QSL letter has been changed.")));
-    EXPECT_EQ(qslLetters(db).value("DL1AA 01.03.2026 20:00").toStdString(), "Y");
-}
+    EXPECT_TRUE(prompts.shown[0].endsWith("No QSL letter has been changed."));
+    EXPECT_EQ(qslLetters(db).values().join(' ').toStdString(), "Y");
 
-TEST_F(Form6Window, DatabaseTroubleShowsNoNewRecorsetAvailable)
-{
-    station.dbConnection = tmp.file(QStringLiteral("gone.db"));
+    form->printer().setOutputFileName(pdf);
+    station.dbConnection = tmp.file("gone.db");
     click("Command3");
-    ASSERT_EQ(prompts.shown.size(), 1);
-    EXPECT_EQ(prompts.shown[0].toStdString(), "No new Recorset available");
-    EXPECT_TRUE(
-        form->findChild<QLabel*>(QStringLiteral("lblNote"))->text().contains(QStringLiteral("gone.db")));
+    ASSERT_EQ(prompts.shown.size(), 2);
+    EXPECT_EQ(prompts.shown[1].toStdString(), "No new Recorset available");
+    EXPECT_TRUE(form->findChild<QLabel*>("lblNote")->text().contains("gone.db"));
 }
 
 TEST_F(Form6Window, MissingPicturesAreNotedAndHidden)
 {
-    form->setPictureDirectory(tmp.file(QStringLiteral("elsewhere")));
+    form->setPictureDirectory(tmp.file("elsewhere"));
     EXPECT_FALSE(form->findChild<QLabel*>(CardName::Sign)->isVisible());
     EXPECT_FALSE(form->findChild<QLabel*>(CardName::ClubSign)->isVisible());
-    const QString note = form->findChild<QLabel*>(QStringLiteral("lblNote"))->text();
-    EXPECT_TRUE(note.contains(QStringLiteral("/Sign.bmp not found"))) << note.toStdString();
-    EXPECT_TRUE(note.contains(QStringLiteral("/ClubSign.bmp not found"))) << note.toStdString();
+    const QString note = form->findChild<QLabel*>("lblNote")->text();
+    EXPECT_TRUE(note.contains("/Sign.bmp not found")) << note.toStdString();
+    EXPECT_TRUE(note.contains("/ClubSign.bmp not found")) << note.toStdString();
     click("Empty");
     EXPECT_TRUE(prompts.shown.isEmpty());
     EXPECT_EQ(pdfPages(pdf), 1);
 }
 
-TEST_F(Form6Window, PreviewShowsTheCardAndThePrintDialogOpensWithoutBlocking)
+TEST_F(Form6Window, PreviewPrintDialogAndExitDoNotBlock)
 {
-    form->card().setText(CardName::Callsign, QStringLiteral("SM5ABC"));
+    form->card().setText(CardName::Callsign, "SM5ABC");
     click("cmdPreview");
     auto* preview = form->findChild<QPrintPreviewDialog*>();
     ASSERT_NE(preview, nullptr);
@@ -228,11 +205,6 @@ TEST_F(Form6Window, PreviewShowsTheCardAndThePrintDialogOpensWithoutBlocking)
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(dialog->isVisible());
     dialog->reject();
-}
-
-TEST_F(Form6Window, ExitClosesTheWindow)
-{
-    ASSERT_TRUE(form->isVisible());
     click("Exit");
     EXPECT_FALSE(form->isVisible());
 }

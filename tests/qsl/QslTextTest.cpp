@@ -4,91 +4,53 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-std::string s(const QString& t)
-{
-    return t.toStdString();
-}
-} // namespace
+#include <array>
+#include <functional>
 
-TEST(QslText, GreetingConfirmationAndClosingFollowTheLetter)
+TEST(QslText, CardLinesAndNextStatusFollowTheLetter)
 {
-    EXPECT_EQ(s(QslText::greeting("T")), "TNX QSL");
-    for (const char* l : { "Y", "S", "B", "X", "" })
-        EXPECT_EQ(s(QslText::greeting(l)), "PSE QSL") << l;
-
-    EXPECT_EQ(s(QslText::confirmation("B")), "Confirming heard Beacon:");
-    EXPECT_EQ(s(QslText::closing("B")), "Best 73 de");
-    for (const char* l : { "T", "Y", "S", "X" }) {
-        EXPECT_EQ(s(QslText::confirmation(l)), "Confirming 2-way QSO with:") << l;
-        EXPECT_EQ(s(QslText::closing(l)), "tnx fer QSO Best 73 de") << l;
+    const char* qso = "Confirming 2-way QSO with:";
+    const char* tnx = "tnx fer QSO Best 73 de";
+    const std::array<const char*, 4> lines[]
+        = { { "T", "TNX QSL", qso, tnx }, { "S", "PSE QSL", qso, tnx }, { "Y", "PSE QSL", qso, tnx },
+              { "X", "PSE QSL", qso, tnx }, { "B", "PSE QSL", "Confirming heard Beacon:", "Best 73 de" } };
+    for (const auto& [letter, greeting, confirmation, closing] : lines) {
+        EXPECT_EQ(QslText::greeting(letter).toStdString(), greeting) << letter;
+        EXPECT_EQ(QslText::confirmation(letter).toStdString(), confirmation) << letter;
+        EXPECT_EQ(QslText::closing(letter).toStdString(), closing) << letter;
     }
-    EXPECT_EQ(s(QslText::NoRecordset), "No new Recorset available");
-}
-
-TEST(QslText, StatusMovesOnFromTheSelectionLettersOnly)
-{
-    EXPECT_EQ(s(QslText::nextStatus("T")), "Q");
-    EXPECT_EQ(s(QslText::nextStatus("S")), "D");
-    EXPECT_EQ(s(QslText::nextStatus("Y")), "N");
-    EXPECT_EQ(s(QslText::nextStatus("B")), "N");
     // The query's LIKE selects without case, so a lower-case letter moves on as well.
-    EXPECT_EQ(s(QslText::nextStatus("t")), "Q");
-    EXPECT_EQ(s(QslText::nextStatus("b")), "N");
-    for (const char* l : { "Q", "q", "N", "D", "X", "", "TT" })
-        EXPECT_EQ(s(QslText::nextStatus(l)), l) << l;
+    const std::pair<const char*, const char*> next[]
+        = { { "T", "Q" }, { "S", "D" }, { "Y", "N" }, { "B", "N" }, { "t", "Q" }, { "b", "N" }, { "Q", "Q" },
+              { "N", "N" }, { "X", "X" }, { "", "" }, { "TT", "TT" } };
+    for (const auto& [letter, status] : next)
+        EXPECT_EQ(QslText::nextStatus(letter).toStdString(), status) << letter;
 }
 
-TEST(QslText, BandKeepsItsFourBlanksAndGroupsThousands)
+TEST(QslText, CardFormsKeepTheirBlanks)
 {
-    EXPECT_EQ(s(QslText::formatBand("144")), "    144");
-    EXPECT_EQ(s(QslText::formatBand("1840")), "    1,840");
-    EXPECT_EQ(s(QslText::formatBand("14200")), "    14,200");
-    EXPECT_EQ(s(QslText::formatBand("122250")), "    122,250");
-    EXPECT_EQ(s(QslText::formatBand("1234567")), "    1,234,567");
-    EXPECT_EQ(s(QslText::formatBand("1014")), "    1,014");
-    EXPECT_EQ(s(QslText::formatBand("144.6")), "    145"); // no decimal places in the format
-    EXPECT_EQ(s(QslText::formatBand("0")), "    "); // "#" shows nothing for zero
-    EXPECT_EQ(s(QslText::formatBand("")), "");
-    EXPECT_EQ(s(QslText::formatBand("2m")), "2m");
-}
-
-TEST(QslText, DateAndTimeCarryTheirBlanks)
-{
-    EXPECT_EQ(s(QslText::formatDate("2026-11-15")), " 15.11.2026");
-    EXPECT_EQ(s(QslText::formatDate("15.11.2026")), " 15.11.2026");
-    EXPECT_EQ(s(QslText::formatDate("5.1.2024")), " 05.01.2024");
-    EXPECT_EQ(s(QslText::formatDate("yesterday")), "yesterday");
-    EXPECT_EQ(s(QslText::formatDate("")), "");
-
-    EXPECT_EQ(s(QslText::formatTime("18:20:05")), "  18:20 ");
-    EXPECT_EQ(s(QslText::formatTime("18:20")), "  18:20 ");
-    EXPECT_EQ(s(QslText::formatTime("7:05")), "  07:05 ");
-    EXPECT_EQ(s(QslText::formatTime("0930")), "  09:30 ");
-    EXPECT_EQ(s(QslText::formatTime("25:70")), "25:70");
-    EXPECT_EQ(s(QslText::formatTime("")), "");
-}
-
-TEST(QslText, DistanceAndBearingAsWholeNumbers)
-{
-    EXPECT_EQ(s(QslText::formatWhole(QVariant(512.4))), "512");
-    EXPECT_EQ(s(QslText::formatWhole(QVariant(87.5))), "88");
-    EXPECT_EQ(s(QslText::formatWhole(QVariant(0.0))), "0");
-    EXPECT_EQ(s(QslText::formatWhole(QVariant(QStringLiteral("1234.9")))), "1235");
-    EXPECT_EQ(s(QslText::formatWhole(QVariant())), "");
-    EXPECT_EQ(s(QslText::formatWhole(QVariant(QString()))), "");
-    EXPECT_EQ(s(QslText::formatWhole(QVariant(QStringLiteral("far")))), "far");
-}
-
-TEST(QslText, OwnLocatorLineAndManagerLine)
-{
-    EXPECT_EQ(s(QslText::ownLocatorLine("jo62qm")), "Loc: JO62QM");
-    EXPECT_EQ(s(QslText::ownLocatorLine("JO62")), "Loc: JO62");
-    EXPECT_EQ(s(QslText::ownLocatorLine("jo62qm48")), "Loc: JO62QM48");
-    EXPECT_EQ(s(QslText::ownLocatorLine("JO62QM48AB")), "Loc: JO62QM48ab");
-    EXPECT_EQ(s(QslText::ownLocatorLine(" jo62qm48ab ")), "Loc: JO62QM48ab");
-    EXPECT_EQ(s(QslText::ownLocatorLine("")), "");
-
-    EXPECT_EQ(s(QslText::managerLine("dl0mgr")), "via DL0MGR");
-    EXPECT_EQ(s(QslText::managerLine("  ")), "");
+    using Format = std::function<QString(const QString&)>;
+    const Format band = QslText::formatBand, date = QslText::formatDate, time = QslText::formatTime;
+    const Format whole = [](const QString& t) { return QslText::formatWhole(QVariant(t)); };
+    const struct {
+        Format format;
+        const char* in;
+        const char* out;
+    } cases[] = { { band, "144", "    144" }, { band, "1840", "    1,840" },
+        { band, "122250", "    122,250" }, { band, "1234567", "    1,234,567" },
+        { band, "144.6", "    145" }, // no decimal places
+        { band, "0", "    " }, // "#" shows nothing for zero
+        { band, "", "" }, { band, "2m", "2m" }, { date, "2026-11-15", " 15.11.2026" },
+        { date, "5.1.2024", " 05.01.2024" }, { date, "yesterday", "yesterday" }, { date, "", "" },
+        { time, "18:20:05", "  18:20 " }, { time, "7:05", "  07:05 " }, { time, "0930", "  09:30 " },
+        { time, "25:70", "25:70" }, { time, "", "" }, { whole, "1234.9", "1235" }, { whole, "87.5", "88" },
+        { whole, "", "" }, { whole, "far", "far" }, { QslText::ownLocatorLine, "jo62qm", "Loc: JO62QM" },
+        { QslText::ownLocatorLine, "JO62", "Loc: JO62" },
+        { QslText::ownLocatorLine, "jo62qm48", "Loc: JO62QM48" },
+        { QslText::ownLocatorLine, " JO62QM48AB ", "Loc: JO62QM48ab" }, { QslText::ownLocatorLine, "", "" },
+        { QslText::managerLine, "dl0mgr", "via DL0MGR" }, { QslText::managerLine, "  ", "" } };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.format(QString::fromLatin1(c.in)).toStdString(), c.out) << c.in;
+    EXPECT_EQ(QslText::formatWhole(QVariant(512.4)).toStdString(), "512");
+    EXPECT_EQ(QslText::formatWhole(QVariant()).toStdString(), "");
 }
