@@ -5,6 +5,7 @@
 #include "devices/link/QtSerialLink.h"
 #include "devices/rig/RigController.h"
 #include "devices/rotator/RotatorController.h"
+#include "tests/support/SimProcess.h"
 #include "tests/support/TempDir.h"
 #include "ui/form1/Form1.h"
 #include "ui/rig/RigPanel.h"
@@ -13,8 +14,6 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QMap>
-#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -23,66 +22,10 @@
 
 namespace {
 
-// kestrel-sim writing its Kestrel.txt/Kestrel.ini into the test's directory.
-class Sim {
-public:
-    explicit Sim(const QString& dir)
-    {
-        process.start(qEnvironmentVariable("KESTREL_BUILD_DIR") + QStringLiteral("/sim/kestrel-sim"),
-            { QStringLiteral("--write-config"), dir, QStringLiteral("--rotator-rate"),
-                QStringLiteral("90") });
-        if (!process.waitForStarted(5000))
-            return;
-        for (QString line = readLine(); !line.isEmpty(); line = readLine())
-            if (line == QLatin1String("ready")) {
-                ready = true;
-                break;
-            }
-    }
-    ~Sim()
-    {
-        process.terminate();
-        if (!process.waitForFinished(3000))
-            process.kill();
-    }
-    QString readLine()
-    {
-        QDeadlineTimer deadline(5000);
-        while (!process.canReadLine() && !deadline.hasExpired())
-            if (!process.waitForReadyRead(50))
-                QCoreApplication::processEvents();
-        return QString::fromLocal8Bit(process.readLine()).trimmed();
-    }
-    // The simulator's state line of one device.
-    QString status(const QString& device)
-    {
-        process.write("status\n");
-        QString found;
-        for (QString line = readLine(); !line.isEmpty() && line != QLatin1String("end"); line = readLine())
-            if (line.section(QLatin1Char(' '), 0, 0) == device)
-                found = line.section(QLatin1Char(' '), 1);
-        return found;
-    }
-    // Waits until the device's state contains `part`; returns the last state seen.
-    QString waitFor(const QString& device, const QString& part, int timeoutMs = 5000)
-    {
-        QString state;
-        (void)QTest::qWaitFor(
-            [&] {
-                state = status(device);
-                return state.contains(part);
-            },
-            timeoutMs);
-        return state;
-    }
-
-    QProcess process;
-    bool ready = false;
-};
-
+// The main window with its station panels, on the Kestrel.txt kestrel-sim wrote.
 struct Station_ {
     TempDir dir;
-    Sim sim { dir.path() };
+    SimProcess sim { dir.path(), { "--rotator-rate", "90" } };
     RecordingPrompts prompts;
     Station station { prompts };
     std::unique_ptr<Form1> form;
@@ -107,7 +50,7 @@ struct Station_ {
 TEST(RigRotatorSim, BandClicksAndHeldQrgUpLeaveTheRigWhereTheBytesSaid)
 {
     Station_ s;
-    ASSERT_TRUE(s.sim.ready);
+    ASSERT_TRUE(s.sim.ready());
     ASSERT_TRUE(s.form->isPortOpen(1));
     s.child<OptionGroup>("OptBandV")->button(3)->click(); // first click: keeps 144.000
     EXPECT_TRUE(s.sim.waitFor("rig", "frequency=144000000 ").startsWith("frequency=144000000 "));
@@ -132,20 +75,14 @@ TEST(RigRotatorSim, BandClicksAndHeldQrgUpLeaveTheRigWhereTheBytesSaid)
     EXPECT_TRUE(state.startsWith(want)) << state.toStdString() << " want " << want.toStdString();
     EXPECT_TRUE(state.contains(QStringLiteral("refused=0"))) << state.toStdString();
     // Com2 got the same texts one after the other; the simulator takes the run of digits whole.
-    QString plain;
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] {
-            plain = s.sim.status("rig2");
-            return plain.endsWith(QString::number(sent));
-        },
-        3000))
-        << plain.toStdString();
+    const QString plain = s.sim.waitFor("rig2", QString::number(sent), 3000);
+    EXPECT_TRUE(plain.endsWith(QString::number(sent))) << plain.toStdString();
 }
 
 TEST(RigRotatorSim, LocatorEnterEnterTurnsTheRotatorToTheBearing)
 {
     Station_ s;
-    ASSERT_TRUE(s.sim.ready);
+    ASSERT_TRUE(s.sim.ready());
     ASSERT_TRUE(QTest::qWaitForWindowActive(s.form.get()));
     auto* locator = s.child<QLineEdit>("Locator");
     locator->setFocus();
