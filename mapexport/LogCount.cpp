@@ -55,7 +55,7 @@ LogCount::LogCount(
     , bandPattern_(bandPattern)
     , searchText_(searchText)
     , counter_(isSquares(kind) ? RunCounter::Kind::Squares : RunCounter::Kind::Entities)
-    , outlines_(station.dbConnection)
+    , outlines_(station.dbConnection, QStringLiteral("logtab"), { QStringLiteral("GEpoly") })
 {
 }
 
@@ -142,7 +142,7 @@ bool LogCount::storeOutline()
     // deliberate: an invalid square stores the outline left by the square before.
     const QVariant id = idField_ >= 0 ? rows_->valueAt(row_, idField_) : QVariant();
     if (id.isValid()) {
-        outlines_.add(id.toLongLong(), fields_.outline);
+        outlines_.add(id.toLongLong(), { fields_.outline });
         return true;
     }
     // Without an ID the recordset writes the row itself (never a shared one: those have IDs).

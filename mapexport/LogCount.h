@@ -5,8 +5,8 @@
 // result into its label caption in LogMapFields. A LogCount runs in slices (step) so a window
 // can show progress; the free functions run one to the end.
 #include "logbook/db/Recordset.h"
+#include "logbook/db/RowUpdateBatch.h"
 #include "mapexport/MapProgress.h"
-#include "mapexport/OutlineBatch.h"
 #include "mapexport/RunCounter.h"
 
 #include <QString>
@@ -67,7 +67,7 @@ private:
     int keyField_ = -1;
     int polyField_ = -1;
     int idField_ = -1;
-    OutlineBatch outlines_;
+    RowUpdateBatch outlines_;
     qint64 done_ = 0;
     qint64 total_ = 0;
     State state_ = State::Running;

@@ -12,7 +12,7 @@ MapDataCompletion::MapDataCompletion(
     , locate_(std::move(locate))
     , stored_(stored)
     , rs_(connection)
-    , batch_(connection)
+    , batch_(connection, QStringLiteral("logtab"), { QStringLiteral("GEdata"), QStringLiteral("GEgridXY") })
 {
 }
 
@@ -86,7 +86,7 @@ bool MapDataCompletion::completeRow(int row)
     const QString summary = ContactSummary::text(v);
     const QVariant id = f_.id >= 0 ? rs_.valueAt(row, f_.id) : QVariant();
     if (id.isValid()) {
-        batch_.add(id.toLongLong(), summary, stored_.coordText);
+        batch_.add(id.toLongLong(), { summary, stored_.coordText });
         return true;
     }
     // A log without an ID column is written row by row.

@@ -5,8 +5,8 @@
 // not NULL, it runs the locator procedure and writes the summary text to GEdata and the
 // coordinate text to GEgridXY, exactly as the save of a new contact does. It works in slices
 // (step) so the window stays live and can offer a Cancel; writes go in one transaction a slice.
-#include "logbook/completion/MapTextBatch.h"
 #include "logbook/db/Recordset.h"
+#include "logbook/db/RowUpdateBatch.h"
 #include "logbook/entry/MapPosition.h"
 
 #include <QString>
@@ -51,7 +51,7 @@ private:
     LocatorProcedure locate_;
     MapPosition stored_;
     Recordset rs_;
-    MapTextBatch batch_;
+    RowUpdateBatch batch_;
     struct Fields {
         int id = -1, date = -1, gmt = -1, call = -1, grid = -1, rsts = -1, rstr = -1, band = -1;
         int qsl = -1, comment = -1, prop = -1, qtf = -1, qrb = -1, geData = -1, gridXY = -1;

@@ -1,11 +1,18 @@
-#include "logbook/completion/MapTextBatch.h"
+#include "logbook/db/RowUpdateBatch.h"
 
 #include "logbook/db/DbConnection.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
 
-bool MapTextBatch::flush()
+RowUpdateBatch::RowUpdateBatch(const QString& connection, const QString& table, const QStringList& columns)
+    : connection_(connection)
+    , sql_(QStringLiteral("UPDATE %1 SET %2 = ? WHERE ID = ?")
+               .arg(table, columns.join(QStringLiteral(" = ?, "))))
+{
+}
+
+bool RowUpdateBatch::flush()
 {
     if (pending_.isEmpty())
         return true;
@@ -15,12 +22,12 @@ bool MapTextBatch::flush()
         return false;
     }
     QSqlQuery q(c.database());
-    bool ok = q.prepare(QStringLiteral("UPDATE logtab SET GEdata = ?, GEgridXY = ? WHERE ID = ?"));
+    bool ok = q.prepare(sql_);
     for (qsizetype i = 0; ok && i < pending_.size(); ++i) {
         const Row& r = pending_[i];
-        q.bindValue(0, r.geData);
-        q.bindValue(1, r.gridXY);
-        q.bindValue(2, r.id);
+        for (qsizetype v = 0; v < r.values.size(); ++v)
+            q.bindValue(int(v), r.values[v]);
+        q.bindValue(int(r.values.size()), r.id);
         ok = q.exec();
     }
     if (!ok) {
