@@ -1,20 +1,63 @@
 #pragma once
-// A cluster window on a station whose settings point at a test node, in a temporary directory.
+// A cluster window on a station whose settings point at a test node on 127.0.0.1, in a
+// temporary directory.
 #include "cluster/ClusterClient.h"
 #include "core/Station.h"
 #include "core/StationConfig.h"
-#include "tests/cluster/TestNode.h"
 #include "tests/support/TempDir.h"
 #include "ui/cluster/ClusterWindow.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTableView>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include <memory>
+
+// The node: records what its client sends and sends what the test gives it.
+struct TestNode : QObject {
+    TestNode()
+    {
+        server.listen(QHostAddress::LocalHost, 0);
+        connect(&server, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket* s = server.nextPendingConnection()) {
+                ++connections;
+                client = s;
+                connect(s, &QTcpSocket::readyRead, this, [this, s] { received += s->readAll(); });
+            }
+        });
+    }
+    quint16 port() const { return server.serverPort(); }
+    void send(const QByteArray& bytes)
+    {
+        if (client)
+            client->write(bytes);
+    }
+    // Closes the connection from the node's side, once what was sent has gone out.
+    void dropClient()
+    {
+        if (client)
+            client->disconnectFromHost();
+    }
+    bool waitForReceived(const QByteArray& bytes)
+    {
+        return QTest::qWaitFor([&] { return received == bytes; }, 5000);
+    }
+    bool waitForClient()
+    {
+        return QTest::qWaitFor([&] { return !client.isNull(); }, 5000);
+    }
+
+    QTcpServer server;
+    QPointer<QTcpSocket> client;
+    QByteArray received;
+    int connections = 0;
+};
 
 struct WindowFixture {
     TempDir dir;
@@ -44,9 +87,12 @@ struct WindowFixture {
         window = std::make_unique<ClusterWindow>(station);
         window->show();
         if (waitForNode) {
-            EXPECT_TRUE(node.waitForClient());
-            EXPECT_TRUE(QTest::qWaitFor([&] { return window->client()->isConnected(); }, 5000));
+            EXPECT_TRUE(connectedTo(node));
         }
+    }
+    bool connectedTo(TestNode& n)
+    {
+        return n.waitForClient() && QTest::qWaitFor([&] { return window->client()->isConnected(); }, 5000);
     }
 
     template <class T> T* child(const char* name) const
@@ -56,6 +102,16 @@ struct WindowFixture {
         return w;
     }
     void click(const char* button) { QTest::mouseClick(child<QPushButton>(button), Qt::LeftButton); }
+    void type(const char* line)
+    {
+        QTest::keyClicks(child<QLineEdit>("TXTinput"), line);
+        QTest::keyClick(child<QLineEdit>("TXTinput"), Qt::Key_Return);
+    }
+    int spotRows() const { return child<QTableView>("tblSpots")->model()->rowCount(); }
+    QString cell(int row, int column) const
+    {
+        return child<QTableView>("tblSpots")->model()->index(row, column).data().toString();
+    }
     QString terminalText() const { return child<QPlainTextEdit>("TXTterm")->toPlainText(); }
     bool waitForTerminal(const QString& text, int timeoutMs = 5000) const
     {
