@@ -7,6 +7,7 @@
 #include "logbook/db/RecordsetModel.h"
 #include "mapexport/MapViewer.h"
 #include "tests/beacons/BeaconDb.h"
+#include "tests/support/SimProcess.h"
 #include "ui/beacons/BeaconGrid.h"
 #include "ui/beacons/BeaconPanel.h"
 #include "ui/beacons/BeaconStation.h"
@@ -16,68 +17,12 @@
 #include "ui/widgets/OptionGroup.h"
 
 #include <QLineEdit>
-#include <QProcess>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QTest>
 #include <gtest/gtest.h>
 
 namespace {
-
-// kestrel-sim writing its Kestrel.txt/Kestrel.ini into the test's directory.
-class Sim {
-public:
-    explicit Sim(const QString& dir)
-    {
-        process.start(qEnvironmentVariable("KESTREL_BUILD_DIR") + QStringLiteral("/sim/kestrel-sim"),
-            { QStringLiteral("--write-config"), dir, QStringLiteral("--rotator-rate"),
-                QStringLiteral("90") });
-        if (!process.waitForStarted(5000))
-            return;
-        for (QString line = readLine(); !line.isEmpty(); line = readLine())
-            if (line == QLatin1String("ready")) {
-                ready = true;
-                break;
-            }
-    }
-    ~Sim()
-    {
-        process.terminate();
-        if (!process.waitForFinished(3000))
-            process.kill();
-    }
-    QString readLine()
-    {
-        QDeadlineTimer deadline(5000);
-        while (!process.canReadLine() && !deadline.hasExpired())
-            if (!process.waitForReadyRead(50))
-                QCoreApplication::processEvents();
-        return QString::fromLocal8Bit(process.readLine()).trimmed();
-    }
-    QString status(const QString& device)
-    {
-        process.write("status\n");
-        QString found;
-        for (QString line = readLine(); !line.isEmpty() && line != QLatin1String("end"); line = readLine())
-            if (line.section(QLatin1Char(' '), 0, 0) == device)
-                found = line.section(QLatin1Char(' '), 1);
-        return found;
-    }
-    QString waitFor(const QString& device, const QString& part, int timeoutMs = 5000)
-    {
-        QString state;
-        (void)QTest::qWaitFor(
-            [&] {
-                state = status(device);
-                return state.contains(part);
-            },
-            timeoutMs);
-        return state;
-    }
-
-    QProcess process;
-    bool ready = false;
-};
 
 // The whole QTF shown in Richtung ("JN48TH -> JO55WM QTF: 31.4° / ..."), cut to whole degrees.
 int shownDegrees(const QString& richtung)
@@ -91,8 +36,8 @@ int shownDegrees(const QString& richtung)
 TEST(BeaconSim, ChosenBeaconTurnsTheRotatorToTheShownBearingAndTunesTheRig)
 {
     TempDir dir;
-    Sim sim(dir.path());
-    ASSERT_TRUE(sim.ready);
+    SimProcess sim(dir.path(), { "--rotator-rate", "90" });
+    ASSERT_TRUE(sim.ready()) << sim.errors().toStdString();
     BeaconDb db(dir.path());
     ASSERT_TRUE(db.ok());
     ASSERT_TRUE(db.add({ { "OZ7IGY/B", "JO55WM", "144471", "Jystrup" },

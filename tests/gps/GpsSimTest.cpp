@@ -3,47 +3,17 @@
 #include "core/Station.h"
 #include "devices/link/QtSerialLink.h"
 #include "tests/gps/PrintQString.h"
+#include "tests/support/SimProcess.h"
 #include "tests/support/TempDir.h"
 #include "ui/gps/Form4.h"
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QProcess>
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
 
 namespace {
-
-class Sim {
-public:
-    explicit Sim(const QStringList& args)
-    {
-        process.start(qEnvironmentVariable("KESTREL_BUILD_DIR") + QStringLiteral("/sim/kestrel-sim"), args);
-        if (!process.waitForStarted(5000))
-            return;
-        QDeadlineTimer deadline(10000);
-        while (!deadline.hasExpired()) {
-            if (!process.canReadLine() && !process.waitForReadyRead(200))
-                continue;
-            if (process.readLine().trimmed() == "ready") {
-                ready = true;
-                break;
-            }
-        }
-    }
-    ~Sim()
-    {
-        process.terminate();
-        if (!process.waitForFinished(3000)) {
-            process.kill();
-            process.waitForFinished(3000);
-        }
-    }
-
-    QProcess process;
-    bool ready = false;
-};
 
 struct Expected {
     QStringList args;
@@ -56,8 +26,8 @@ struct Expected {
 void runAgainstSim(const Expected& e)
 {
     TempDir dir;
-    Sim sim(QStringList { QStringLiteral("--write-config"), dir.path() } + e.args);
-    ASSERT_TRUE(sim.ready) << sim.process.readAllStandardError().constData();
+    SimProcess sim(dir.path(), e.args);
+    ASSERT_TRUE(sim.ready()) << sim.errors().toStdString();
 
     RecordingPrompts prompts;
     Station station(prompts);
