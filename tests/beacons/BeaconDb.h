@@ -16,10 +16,7 @@ inline void PrintTo(const QString& s, std::ostream* os)
 }
 
 struct Beacon {
-    QString beacon;
-    QString locator;
-    QString qrg;
-    QString equipment;
+    QString beacon, locator, qrg, equipment;
 };
 
 class BeaconDb {

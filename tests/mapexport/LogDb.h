@@ -8,24 +8,9 @@
 #include <QStringList>
 
 struct Contact {
-    Contact(const QString& grid = {}, const QString& band = "144", const QString& qsl = {},
-        const QString& prop = {}, const QString& comment = {}, const QString& dxcc = {},
-        const QString& poly = {})
-        : grid(grid)
-        , band(band)
-        , qsl(qsl)
-        , prop(prop)
-        , comment(comment)
-        , dxcc(dxcc)
-        , poly(poly)
-    {
-    }
     QString grid;
-    QString band;
-    QString qsl;
-    QString prop;
-    QString comment;
-    QString dxcc;
+    QString band = "144";
+    QString qsl, prop, comment, dxcc;
     QString poly; // what GEpoly holds before the test runs
 };
 

@@ -28,10 +28,7 @@ protected:
         makeLog(db);
         station.dbConnection = db;
         LoadStationConfig(station);
-        station.settings.setText(Setting::MyCall, QStringLiteral("dl7kes"));
-        station.settings.setText(Setting::MyLocator, QStringLiteral("jo62qm48ab"));
-        station.settings.setText(Setting::QslInfo, QStringLiteral("DOK: X01  WAZ 14  ITU 28"));
-        station.settings.setText(Setting::QslFoot, QStringLiteral("email: op@example.org"));
+        setStationSettings(station.settings);
         ASSERT_TRUE(SaveStationConfig(station));
         station.settings.clear(); // the window reads the file again
         writeBmp(tmp.file(QStringLiteral("Sign.bmp")), 240, 80, Qt::darkBlue);

@@ -22,12 +22,7 @@ protected:
         printer.setOutputFileName(pdf);
         QslPrintJob::useCardPage(printer);
         SettingsTable s;
-        s.setText(Setting::MyCall, QStringLiteral("dl7kes"));
-        s.setText(Setting::MyLocator, QStringLiteral("JO62QM48AB"));
-        s.setText(Setting::QslInfo, QStringLiteral("DOK: X01  WAZ 14  ITU 28"));
-        s.setText(Setting::QslLine2, QStringLiteral("Rig: IC-9700 100 W"));
-        s.setText(Setting::QslAddress, QStringLiteral("OP: Erika Muster, Lindenweg 3, 12345 Kestrelbach"));
-        s.setText(Setting::QslFoot, QStringLiteral("email: op@example.org"));
+        setStationSettings(s);
         setStationLines(design, s);
     }
 
@@ -188,15 +183,11 @@ TEST(QslPictures, PlacedAtTheRightEdgeWithTheirTwipHeights)
 {
     const QSizeF card(140, 90);
     const QRectF club = SignaturePictures::clubSignRect(card, QSize(200, 200));
-    EXPECT_NEAR(club.height(), 15.875, 1e-6); // 900 twips
-    EXPECT_NEAR(club.width(), 15.875, 1e-6);
-    EXPECT_NEAR(club.right(), 136.0, 1e-6);
-    EXPECT_LE(club.bottom(), 90.0);
+    EXPECT_EQ(club, QRectF(136 - 15.875, club.top(), 15.875, 15.875)); // 900 twips
+    EXPECT_NEAR(club.top(), 66.18, 0.005); // (card height - 600 twips) / 1.2
     const QRectF sign = SignaturePictures::signRect(card, QSize(300, 100), QSize(200, 200));
-    EXPECT_NEAR(sign.height(), 8.819, 0.001); // 500 twips
-    EXPECT_NEAR(sign.width(), 3 * 8.819, 0.003);
-    EXPECT_NEAR(sign.right(), club.left() - 2.0, 1e-6);
-    EXPECT_NEAR(sign.top(), club.top(), 1e-6);
+    EXPECT_NEAR(sign.height(), 8.819, 0.001); // 500 twips, side by side with a 2 mm gap
+    EXPECT_EQ(sign.topRight(), QPointF(club.left() - 2.0, club.top()));
     // Alone, the signature stands at the edge; a missing picture has no place.
     EXPECT_NEAR(SignaturePictures::signRect(card, QSize(300, 100), QSize()).right(), 136.0, 1e-6);
     EXPECT_TRUE(SignaturePictures::clubSignRect(card, QSize()).isEmpty());

@@ -1,6 +1,7 @@
 #pragma once
 // Helpers of the QSL tests: a log of contacts in a real database file, the QSL letters as
 // stored, and the text of a printed PDF read back with pdftotext.
+#include "core/SettingsTable.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogDate.h"
@@ -34,38 +35,40 @@ inline QString makeLog(const QString& path)
     return path;
 }
 
+// Adds the contacts in one transaction.
 inline void addContacts(const QString& path, const QList<LogContact>& contacts)
-{
-    Recordset rs(path);
-    ASSERT_TRUE(rs.open(SqlText::LogList)) << rs.errorText().toStdString();
-    for (const LogContact& c : contacts) {
-        ASSERT_TRUE(rs.addNew());
-        rs.setValue(QStringLiteral("Date"), LogDate::toStored(c.date));
-        rs.setValue(QStringLiteral("GMT"), c.time);
-        rs.setValue(QStringLiteral("Callsign"), c.call);
-        rs.setValue(QStringLiteral("Band"), c.band);
-        rs.setValue(QStringLiteral("mode"), c.mode);
-        rs.setValue(QStringLiteral("rsts"), c.rsts);
-        rs.setValue(QStringLiteral("QRB"), c.qrb);
-        rs.setValue(QStringLiteral("QTF"), c.qtf);
-        rs.setValue(QStringLiteral("QSLman"), c.manager);
-        rs.setValue(QStringLiteral("QSL"), c.qsl);
-        ASSERT_TRUE(rs.update()) << rs.errorText().toStdString();
-    }
-}
-
-// Many contacts with one letter in one transaction (callsigns DL0000, DL0001, ...).
-inline void addManyContacts(const QString& path, int count, const QString& qsl)
 {
     DbConnection c(path);
     ASSERT_TRUE(c.begin()) << c.error().text().toStdString();
-    for (int i = 0; i < count; ++i)
+    for (const LogContact& k : contacts)
         ASSERT_TRUE(
-            c.exec(QStringLiteral("INSERT INTO logtab (Date, GMT, Callsign, Band, mode, rsts, QRB, QTF, QSL) "
-                                  "VALUES ('2026-02-01', '10:00', ?, '144', 'SSB', '59', 512.4, 87, ?)"),
-                { QStringLiteral("DL%1").arg(i, 4, 10, QLatin1Char('0')), qsl }))
+            c.exec("INSERT INTO logtab (Date, GMT, Callsign, Band, mode, rsts, QRB, QTF, QSLman, QSL) "
+                   "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                { LogDate::toStored(k.date), k.time, k.call, k.band, k.mode, k.rsts, k.qrb, k.qtf, k.manager,
+                    k.qsl }))
             << c.error().text().toStdString();
     ASSERT_TRUE(c.commit()) << c.error().text().toStdString();
+}
+
+// Many contacts with one letter (callsigns DL0000, DL0001, ...).
+inline void addManyContacts(const QString& path, int count, const QString& qsl)
+{
+    QList<LogContact> contacts;
+    for (int i = 0; i < count; ++i)
+        contacts.append(
+            { "01.02.2026", "10:00", QStringLiteral("DL%1").arg(i, 4, 10, QLatin1Char('0')), "144", qsl });
+    addContacts(path, contacts);
+}
+
+// Own lines of the card as the tests set them (settings 5, 6, 35, 36, 39, 40).
+inline void setStationSettings(SettingsTable& s)
+{
+    s.setText(Setting::MyCall, "dl7kes");
+    s.setText(Setting::MyLocator, "jo62qm48ab");
+    s.setText(Setting::QslInfo, "DOK: X01  WAZ 14  ITU 28");
+    s.setText(Setting::QslLine2, "Rig: IC-9700 100 W");
+    s.setText(Setting::QslAddress, "OP: Erika Muster, Lindenweg 3, 12345 Kestrelbach");
+    s.setText(Setting::QslFoot, "email: op@example.org");
 }
 
 // "callsign date time" -> QSL letter as stored, for every contact of the log.
