@@ -1,5 +1,4 @@
 #include "devices/link/QtSerialLink.h"
-#include "devices/link/StationPorts.h"
 #include "sim/pty/PtyPair.h"
 
 #include <QSignalSpy>
@@ -10,13 +9,7 @@
 
 namespace {
 
-QByteArray everyByte()
-{
-    QByteArray all;
-    for (int i = 0; i < 256; ++i)
-        all.append(char(i));
-    return all;
-}
+const QString lineSettings = QStringLiteral("9600,n,8,1");
 
 // Reads from the link until `count` bytes have come or two seconds have passed.
 QByteArray readFromLink(SerialLink& link, int count)
@@ -38,12 +31,12 @@ TEST(QtSerialLink, CarriesEveryByteUnchangedBothWays)
     PtyPair pty;
     ASSERT_TRUE(pty.isOpen()) << pty.errorText().toStdString();
     QtSerialLink link;
-    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("9600,n,8,1"))) << link.errorText().toStdString();
-    EXPECT_TRUE(link.isOpen());
+    ASSERT_TRUE(link.open(pty.slavePath(), lineSettings)) << link.errorText().toStdString();
     EXPECT_EQ(link.errorText(), QString());
-    EXPECT_EQ(link.portText(), pty.slavePath());
 
-    const QByteArray all = everyByte();
+    QByteArray all;
+    for (int i = 0; i < 256; ++i)
+        all.append(char(i));
     EXPECT_EQ(link.write(all), 256);
     EXPECT_EQ(pty.readExactly(256), all);
 
@@ -76,22 +69,7 @@ TEST(QtSerialLink, AppliesTheLineSettingsToTheLine)
     EXPECT_FALSE(tio.c_cflag & CSTOPB);
 }
 
-TEST(QtSerialLink, ReportsSettingsTheLineCannotTake)
-{
-    // A pseudo-terminal carries only eight data bits without parity, like some USB adapters.
-    PtyPair pty;
-    QtSerialLink link;
-    QSignalSpy errors(&link, &SerialLink::errorOccurred);
-    EXPECT_FALSE(link.open(pty.slavePath(), QStringLiteral("4800,e,7,1")));
-    EXPECT_FALSE(link.isOpen());
-    EXPECT_EQ(link.errorText(),
-        pty.slavePath()
-            + QStringLiteral(": the port does not take the line settings \"4800,e,7,1\" (Invalid argument)"));
-    EXPECT_EQ(errors.count(), 1);
-    EXPECT_TRUE(link.open(pty.slavePath(), QStringLiteral("4800,n,8,1")));
-}
-
-TEST(QtSerialLink, RefusesWrongLineSettingsNamingThePort)
+TEST(QtSerialLink, RefusesSettingsNamingThePortAndTheReason)
 {
     PtyPair pty;
     QtSerialLink link;
@@ -110,34 +88,36 @@ TEST(QtSerialLink, RefusesWrongLineSettingsNamingThePort)
     EXPECT_TRUE(
         link.errorText().startsWith(QStringLiteral("10 (/dev/ttyS9): line settings \"fast\" refused")))
         << link.errorText().toStdString();
+
+    // A pseudo-terminal carries only eight data bits without parity, like some USB adapters.
+    EXPECT_FALSE(link.open(pty.slavePath(), QStringLiteral("4800,e,7,1")));
+    EXPECT_EQ(link.errorText(),
+        pty.slavePath()
+            + QStringLiteral(": the port does not take the line settings \"4800,e,7,1\" (Invalid argument)"));
+    EXPECT_EQ(errors.count(), 3);
+    EXPECT_TRUE(link.open(pty.slavePath(), lineSettings));
 }
 
-TEST(QtSerialLink, ReportsAPortThatDoesNotExist)
+TEST(QtSerialLink, ReportsAPortThatDoesNotExistOrIsBusy)
 {
     QtSerialLink link;
     QSignalSpy errors(&link, &SerialLink::errorOccurred);
-    EXPECT_FALSE(link.open(QStringLiteral("/dev/kestrel-no-such-port"), QStringLiteral("9600,n,8,1")));
+    EXPECT_FALSE(link.open(QStringLiteral("/dev/kestrel-no-such-port"), lineSettings));
     EXPECT_FALSE(link.isOpen());
     EXPECT_EQ(link.errorText(), QStringLiteral("/dev/kestrel-no-such-port: no such port"));
     ASSERT_EQ(errors.count(), 1);
     EXPECT_EQ(link.readAll(), QByteArray());
-
-    EXPECT_FALSE(link.open(QStringLiteral("0"), QStringLiteral("9600,n,8,1")));
+    EXPECT_FALSE(link.open(QStringLiteral("0"), lineSettings));
     EXPECT_TRUE(link.errorText().startsWith(QStringLiteral("0: not a port")));
-}
 
-TEST(QtSerialLink, ReportsAPortThatIsBusy)
-{
     PtyPair pty;
     QtSerialLink first;
-    QtSerialLink second;
-    ASSERT_TRUE(first.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
-    EXPECT_FALSE(second.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
-    EXPECT_EQ(second.errorText(),
+    ASSERT_TRUE(first.open(pty.slavePath(), lineSettings));
+    EXPECT_FALSE(link.open(pty.slavePath(), lineSettings));
+    EXPECT_EQ(link.errorText(),
         pty.slavePath() + QStringLiteral(": the port is busy (another program has it open)"));
     first.close();
-    EXPECT_TRUE(second.open(pty.slavePath(), QStringLiteral("9600,n,8,1")))
-        << second.errorText().toStdString();
+    EXPECT_TRUE(link.open(pty.slavePath(), lineSettings)) << link.errorText().toStdString();
 }
 
 TEST(QtSerialLink, ClosesAndReportsWhenTheDeviceVanishes)
@@ -145,7 +125,7 @@ TEST(QtSerialLink, ClosesAndReportsWhenTheDeviceVanishes)
     auto pty = std::make_unique<PtyPair>();
     const QString path = pty->slavePath();
     QtSerialLink link;
-    ASSERT_TRUE(link.open(path, QStringLiteral("9600,n,8,1")));
+    ASSERT_TRUE(link.open(path, lineSettings));
     QSignalSpy errors(&link, &SerialLink::errorOccurred);
 
     pty->closeMaster();
@@ -161,25 +141,22 @@ TEST(QtSerialLink, ClosesAndReportsWhenTheDeviceVanishes)
 
     // The same link works again on a new device (the old path may already name another one).
     PtyPair again;
-    ASSERT_TRUE(link.open(again.slavePath(), QStringLiteral("9600,n,8,1")));
+    ASSERT_TRUE(link.open(again.slavePath(), lineSettings));
     link.write("ST;");
     EXPECT_EQ(again.readExactly(3), QByteArray("ST;"));
 }
 
-TEST(QtSerialLink, ReopensAfterClose)
+TEST(QtSerialLink, ReopensAfterCloseAndMovesToAnotherPort)
 {
     PtyPair pty;
     QtSerialLink link;
-    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
-    link.write("AA;");
-    EXPECT_EQ(pty.readExactly(3), QByteArray("AA;"));
+    ASSERT_TRUE(link.open(pty.slavePath(), lineSettings));
     link.close();
     EXPECT_FALSE(link.isOpen());
     EXPECT_EQ(link.write("x"), -1);
     link.close(); // twice is harmless
 
     ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("4800,n,8,1")));
-    EXPECT_TRUE(link.isOpen());
     link.write("AB;");
     EXPECT_EQ(pty.readExactly(3), QByteArray("AB;"));
     pty.write("123");
@@ -187,31 +164,8 @@ TEST(QtSerialLink, ReopensAfterClose)
 
     // Opening again while open moves to the new port.
     PtyPair other;
-    ASSERT_TRUE(link.open(other.slavePath(), QStringLiteral("9600,n,8,1")));
+    ASSERT_TRUE(link.open(other.slavePath(), lineSettings));
     link.write("ST;");
     EXPECT_EQ(other.readExactly(3), QByteArray("ST;"));
     EXPECT_EQ(pty.readFor(50), QByteArray());
-}
-
-TEST(QtSerialLink, ModemLinesAreRefusedQuietlyOnAPseudoTerminal)
-{
-    PtyPair pty;
-    QtSerialLink link;
-    EXPECT_FALSE(link.setDataTerminalReady(true)); // not open
-    ASSERT_TRUE(link.open(pty.slavePath(), QStringLiteral("9600,n,8,1")));
-    QSignalSpy errors(&link, &SerialLink::errorOccurred);
-    EXPECT_FALSE(link.setDataTerminalReady(true));
-    EXPECT_FALSE(link.setRequestToSend(false));
-    EXPECT_TRUE(link.isOpen());
-    EXPECT_EQ(errors.count(), 0);
-}
-
-TEST(QtSerialLink, FactoryFillsTheStationPorts)
-{
-    PtyPair pty;
-    StationPorts ports(makeQtSerialLink);
-    ASSERT_TRUE(ports.com(4).open(pty.slavePath(), QStringLiteral("4800,n,8,1")));
-    ports.com(4).write("AI1;");
-    EXPECT_EQ(pty.readExactly(4), QByteArray("AI1;"));
-    EXPECT_FALSE(ports.com(1).isOpen());
 }
