@@ -17,16 +17,6 @@ TEST(SimSpot, LineHasTheUsualColumns)
     EXPECT_TRUE(micro.line(QTime(0, 5)).endsWith(QStringLiteral("  0005Z")));
 }
 
-TEST(SimSpot, SourceGoesRoundItsList)
-{
-    SimSpotSource source;
-    const SimSpot first = source.next();
-    for (int i = 1; i < 6; ++i)
-        EXPECT_NE(source.next().call, first.call);
-    EXPECT_EQ(source.next().call, first.call);
-    EXPECT_EQ(source.handedOut(), 7);
-}
-
 TEST(SimClusterSession, AsksForACallsignEchoesAndGreets)
 {
     SimClusterSession session;
