@@ -53,68 +53,33 @@ double msSince(Clock::time_point origin, Clock::time_point t)
     return duration<double, std::milli>(t - origin).count();
 }
 
-void checkText(int speedIndex, const QString& text)
-{
-    const int unit = Morse::unitMs(speedIndex);
-    Keying k;
-    const auto end = k.send(unit, text);
-    const auto origin = k.keyer.origin();
-    const auto planned = plannedEdges(text, unit);
-    const auto edges = k.key->edges();
-    ASSERT_EQ(edges.size(), planned.size()) << "speed " << speedIndex;
-    for (size_t i = 0; i < edges.size(); ++i) {
-        EXPECT_EQ(edges[i].on, planned[i].second) << "edge " << i;
-        // Every edge on its planned time (the clock is monotonic; errors do not add up).
-        EXPECT_NEAR(msSince(origin, edges[i].at), planned[i].first, 5.0)
-            << "edge " << i << " speed " << speedIndex;
-    }
-    const double ideal = static_cast<double>(Morse::textMs(text, unit));
-    EXPECT_NEAR(msSince(origin, end), ideal, ideal * 0.01) << "whole text at speed " << speedIndex;
-    EXPECT_FALSE(k.key->state()); // left up
-}
 } // namespace
 
-TEST(KeyerTiming, ETVvvAndSpaceAt50Lpm)
+// "e", "T" (keyed as "t"), ">" (three V signs), a character outside the table and a space.
+TEST(KeyerTiming, EveryEdgeOnItsTimeAndTheWholeTextWithinOnePercentAtEachSpeed)
 {
-    checkText(1, "et> ");
-}
-
-TEST(KeyerTiming, ETVvvAndSpaceAt60Lpm)
-{
-    checkText(2, "et> ");
-}
-
-TEST(KeyerTiming, ETVvvAndSpaceAt70Lpm)
-{
-    checkText(3, "et> ");
-}
-
-TEST(KeyerTiming, ExactLengthsOfEAndT)
-{
-    Keying k;
-    const auto end = k.send(100, "e");
-    auto e = k.key->edges();
-    ASSERT_EQ(e.size(), 2u);
-    // "e" at "50 lpm": down 100 ms, then 100 + 200 + 200 ms of silence.
-    EXPECT_NEAR(msSince(e[0].at, e[1].at), 100.0, 5.0);
-    EXPECT_NEAR(msSince(e[1].at, end), 500.0, 5.0);
-
-    k.key->clear();
-    k.send(50, "T");
-    e = k.key->edges();
-    ASSERT_EQ(e.size(), 2u);
-    EXPECT_NEAR(msSince(e[0].at, e[1].at), 175.0, 5.0); // upper case keyed as lower case
-}
-
-TEST(KeyerTiming, CharactersOutsideTheTableKeyNothing)
-{
-    Keying k;
-    const auto end = k.send(50, "#");
-    EXPECT_TRUE(k.key->edges().empty());
-    EXPECT_NEAR(msSince(k.keyer.origin(), end), 100.0, 5.0); // only the gap after it
-    const auto end2 = k.send(50, " ");
-    EXPECT_TRUE(k.key->edges().empty());
-    EXPECT_NEAR(msSince(k.keyer.origin(), end2), 200.0, 5.0); // word spaces only
+    const QString text = QStringLiteral("eT> #");
+    for (int speedIndex : { 1, 2, 3 }) {
+        const int unit = Morse::unitMs(speedIndex);
+        Keying k;
+        const auto end = k.send(unit, text);
+        const auto origin = k.keyer.origin();
+        const auto planned = plannedEdges(text, unit);
+        ASSERT_EQ(planned.size(), 28u); // 1 + 1 + 12 elements, "#" and " " key nothing
+        const auto edges = k.key->edges();
+        ASSERT_EQ(edges.size(), planned.size()) << "speed " << speedIndex;
+        for (size_t i = 0; i < edges.size(); ++i) {
+            EXPECT_EQ(edges[i].on, planned[i].second) << "edge " << i;
+            // Every edge on its planned time (the clock is monotonic; errors do not add up).
+            EXPECT_NEAR(msSince(origin, edges[i].at), planned[i].first, 5.0)
+                << "edge " << i << " speed " << speedIndex;
+        }
+        EXPECT_NEAR(msSince(edges[0].at, edges[1].at), unit, 5.0);
+        EXPECT_NEAR(msSince(edges[2].at, edges[3].at), Morse::dashMs(unit), 5.0);
+        const double ideal = static_cast<double>(Morse::textMs(text, unit));
+        EXPECT_NEAR(msSince(origin, end), ideal, ideal * 0.01) << "whole text at speed " << speedIndex;
+        EXPECT_FALSE(k.key->state()); // left up
+    }
 }
 
 TEST(KeyerTiming, LoopStopEndsTheLoopAfterTheCurrentPass)
@@ -145,19 +110,4 @@ TEST(KeyerTiming, LoopRepeatsWhileTheSwitchIsOnAndTakesTextEdits)
     ASSERT_EQ(e.size(), 4u);
     EXPECT_NEAR(msSince(e[2].at, e[3].at), 175.0, 5.0);
     EXPECT_NEAR(msSince(k.keyer.origin(), end), 725.0, 7.0);
-}
-
-TEST(KeyerTiming, AbortLiftsTheKeyAtOnce)
-{
-    Keying k;
-    const auto t0 = Clock::now();
-    k.send(100, "ttt", false, [&] {
-        std::this_thread::sleep_for(milliseconds(100));
-        k.keyer.abort();
-    });
-    EXPECT_LT(msSince(t0, Clock::now()), 200.0);
-    const auto e = k.key->edges();
-    ASSERT_EQ(e.size(), 2u);
-    EXPECT_FALSE(e.back().on);
-    EXPECT_EQ(k.keyer.passes(), 0);
 }

@@ -1,39 +1,28 @@
 #include "devices/lines/OutputLines.h"
 #include "core/ExtensionSettings.h"
 #include "devices/lines/LineChoice.h"
-#include "devices/lines/LinePulser.h"
 #include "devices/lines/RecordingLine.h"
 #include "sim/pty/PtyPair.h"
 #include "tests/support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-using namespace std::chrono;
-
 TEST(LineChoice, ReadsEveryBackendAndRefusesOtherTexts)
 {
-    QString problem;
-    EXPECT_EQ(LineChoice::parse("", &problem).kind, LineChoice::Kind::None);
-    EXPECT_EQ(problem, QString());
-    EXPECT_EQ(LineChoice::parse(" None ").kind, LineChoice::Kind::None);
-
-    LineChoice s = LineChoice::parse("dtr:/dev/ttyUSB0");
-    EXPECT_EQ(s.kind, LineChoice::Kind::Dtr);
-    EXPECT_EQ(s.port, QString("/dev/ttyUSB0"));
-    s = LineChoice::parse("RTS:3");
-    EXPECT_EQ(s.kind, LineChoice::Kind::Rts);
-    EXPECT_EQ(s.port, QString("3"));
-    EXPECT_EQ(s.toText(), QString("rts:3"));
-    s = LineChoice::parse("gpio:gpiochip0:17");
-    EXPECT_EQ(s.kind, LineChoice::Kind::Gpio);
-    EXPECT_EQ(s.chip, QString("gpiochip0"));
-    EXPECT_EQ(s.line, 17u);
-    EXPECT_EQ(s.toText(), QString("gpio:gpiochip0:17"));
+    using K = LineChoice::Kind;
+    EXPECT_EQ(LineChoice::parse("").kind, K::None);
+    EXPECT_EQ(LineChoice::parse(" None ").kind, K::None);
+    EXPECT_EQ(LineChoice::parse("dtr:/dev/ttyUSB0"), (LineChoice { K::Dtr, "/dev/ttyUSB0", {}, 0 }));
+    EXPECT_EQ(LineChoice::parse("RTS:3"), (LineChoice { K::Rts, "3", {}, 0 }));
+    EXPECT_EQ(LineChoice::parse("RTS:3").toText(), QString("rts:3"));
+    const LineChoice gpio = LineChoice::parse("gpio:gpiochip0:17");
+    EXPECT_EQ(gpio, (LineChoice { K::Gpio, {}, "gpiochip0", 17 }));
+    EXPECT_EQ(gpio.toText(), QString("gpio:gpiochip0:17"));
     EXPECT_EQ(LineChoice::parse("gpio:/dev/gpiochip1:4").chip, QString("/dev/gpiochip1"));
 
     for (const char* bad : { "dtr:", "dtr", "usb:0:16", "gpio:gpiochip0", "gpio:gpiochip0:x", "gpio::3" }) {
-        const LineChoice b = LineChoice::parse(bad, &problem);
-        EXPECT_EQ(b.kind, LineChoice::Kind::None) << bad;
+        QString problem;
+        EXPECT_EQ(LineChoice::parse(bad, &problem).kind, K::None) << bad;
         EXPECT_TRUE(problem.contains(QString::fromLatin1(bad))) << problem.toStdString();
     }
 }
@@ -108,22 +97,4 @@ TEST(OutputLines, SerialLinesShareTheirPortAndSayWhenItHasNoControlLines)
     EXPECT_TRUE(lines->problems()[0].contains("no DTR/RTS control lines"))
         << lines->problems()[0].toStdString();
     EXPECT_FALSE(lines->line(OutputLines::Role::Key).setState(true));
-}
-
-TEST(LinePulser, OnePulseIsOutputOnLengthOff)
-{
-    OutputLines lines;
-    auto up = std::make_shared<RecordingLine>();
-    lines.setLine(OutputLines::Role::Up, up);
-    LinePulser pulser(lines);
-    pulser.pulse(OutputLines::UpLine, milliseconds(50));
-    pulser.waitIdle();
-    EXPECT_EQ(up->outputCalls(), 1);
-    const auto e = up->edges();
-    ASSERT_EQ(e.size(), 2u);
-    EXPECT_TRUE(e[0].on);
-    EXPECT_FALSE(e[1].on);
-    const double ms = duration<double, std::milli>(e[1].at - e[0].at).count();
-    EXPECT_GE(ms, 50.0);
-    EXPECT_LT(ms, 80.0);
 }

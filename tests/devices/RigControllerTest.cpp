@@ -9,15 +9,18 @@
 #include <gtest/gtest.h>
 
 namespace {
-QByteArray hex(const char* h)
+QByteArray h(const char* hex)
 {
-    return QByteArray::fromHex(h);
+    return QByteArray::fromHex(hex);
 }
+const QByteArray cw = h("0200000007");
+const QByteArray usb = h("0100000007");
 
 struct Cell {
     int index;
     QByteArray com1;
     QByteArray com2;
+    const char* frequencyText = "-"; // "-": left as it was
 };
 
 // Clicks each option on a fresh pair of ports and checks what each port's device got.
@@ -29,6 +32,7 @@ void checkCells(const QString& rigPort, bool check2, bool check3, int band, cons
         ASSERT_TRUE(s.open(2));
         RigController rig(s.station, s.ports);
         rig.setBandIndex(band);
+        s.station.frequencyText = "-";
         EXPECT_TRUE(rig.OptFT847_Click(c.index));
         const auto where = QStringLiteral("%1 check2=%2 check3=%3 band %4 option %5")
                                .arg(rigPort)
@@ -39,39 +43,40 @@ void checkCells(const QString& rigPort, bool check2, bool check3, int band, cons
                                .toStdString();
         EXPECT_EQ(s.received(1, c.com1.size()).toHex(' '), c.com1.toHex(' ')) << where;
         EXPECT_EQ(s.received(2, c.com2.size()).toHex(' '), c.com2.toHex(' ')) << where;
+        EXPECT_EQ(s.station.frequencyText, QString::fromLatin1(c.frequencyText)) << where;
         EXPECT_TRUE(s.prompts.shown.isEmpty());
     }
 }
 } // namespace
 
-TEST(RigController, PresetCellsForTheBinaryRigOnCom1)
+TEST(RigController, PresetCellsForTheRigOnCom1)
 {
     checkCells("Com1", false, false, 2,
-        { { 1, Cat::ModeCw + hex("1441000001"), "14410000" },
-            { 2, Cat::ModeUsb + hex("1442000001"), "14420000" },
-            { 3, Cat::ModeUsb + hex("1449000001"), "14490000" }, { 4, Cat::ModeCw, "" },
-            { 5, Cat::ModeUsb, "" } });
-}
-
-TEST(RigController, PresetCellsForTheTextRigOnCom1)
-{
+        { { 1, cw + h("1441000001"), "14410000", "14410000" },
+            { 2, usb + h("1442000001"), "14420000", "14420000" },
+            { 3, usb + h("1449000001"), "14490000", "14490000" }, { 4, cw, "" }, { 5, usb, "" } });
+    // The text dialect keeps each cell's own order of mode and frequency.
     checkCells("Com1", true, false, 2,
-        { { 1, "MD03;FA144100000;", "" }, { 2, "FA144200000;MD03;", "" }, { 3, "FA144900000;", "" },
-            { 4, "MD03;", "" }, { 5, "MD02;", "" } });
+        { { 1, "MD03;FA144100000;", "", "14410000" }, { 2, "FA144200000;MD03;", "", "14420000" },
+            { 3, "FA144900000;", "", "14490000" }, { 4, "MD03;", "" }, { 5, "MD02;", "" } });
 }
 
 TEST(RigController, PresetCellsForTheRigOnCom2ByBand)
 {
-    const QByteArray cw = Cat::ModeCw;
+    // deliberate: the 50 MHz "100" cell sends only the plain text, no mode and no BCD.
     checkCells("Com2", false, false, 1,
-        { { 1, "", "5010000" }, { 2, "", cw + "5020000" + hex("0502000001") },
-            { 3, "", cw + "5090000" + hex("0509000001") }, { 4, "", cw }, { 5, "", Cat::ModeUsb } });
+        { { 1, "", "5010000", "5010000" }, { 2, "", cw + "5020000" + h("0502000001"), "5020000" },
+            { 3, "", cw + "5090000" + h("0509000001"), "5090000" }, { 4, "", cw }, { 5, "", usb } });
     checkCells("Com2", false, false, 2,
-        { { 1, "", cw + "14410000" + hex("1441000001") }, { 2, "", cw + "14420000" + hex("1442000001") },
-            { 3, "", cw + "14490000" + hex("1449000001") }, { 4, "", cw }, { 5, "", Cat::ModeUsb } });
+        { { 1, "", cw + "14410000" + h("1441000001"), "14410000" },
+            { 2, "", cw + "14420000" + h("1442000001"), "14420000" },
+            { 3, "", cw + "14490000" + h("1449000001"), "14490000" }, { 4, "", cw }, { 5, "", usb } });
     checkCells("Com2", false, false, 3,
-        { { 1, "", cw + "43210000" + hex("4321000001") }, { 2, "", cw + "43220000" + hex("4322000001") },
-            { 3, "", cw + "43290000" + hex("4329000001") }, { 4, "", cw }, { 5, "", Cat::ModeUsb } });
+        { { 1, "", cw + "43210000" + h("4321000001"), "43210000" },
+            { 2, "", cw + "43220000" + h("4322000001"), "43220000" },
+            { 3, "", cw + "43290000" + h("4329000001"), "43290000" }, { 4, "", cw }, { 5, "", usb } });
+    // Binary mode to Com2 even when Com2 speaks text; the frequency then goes to Com1 as text.
+    checkCells("Com2", false, true, 2, { { 2, "FA144200000;", cw + "14420000", "14420000" } });
 }
 
 TEST(RigController, PresetRefusedWhenCom1IsNotOpen)
@@ -104,7 +109,14 @@ TEST(RigController, SendFreqOpensClosedPortsAndSendsTextThenBcd)
     EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("05 02 00 00 01"));
 
     rig.SendFreq("99999999");
+    EXPECT_EQ(s.received(2, 8), QByteArray("99999999"));
     EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("99 99 99 99 01"));
+
+    // A rig port name that is neither "Com1" nor "Com2" gets only the plain text.
+    s.station.rigPortName = "COM1";
+    rig.SendFreq("14410000");
+    EXPECT_EQ(s.received(2, 8), QByteArray("14410000"));
+    EXPECT_EQ(s.received(1, 0, 50), QByteArray());
 }
 
 TEST(RigController, TextDialectFrequency)
@@ -131,12 +143,10 @@ TEST(RigController, BandPresetsOnlyAfterTheFirstBandClick)
 
     rig.OptBandV_Click(3); // first click: the frequency stays
     EXPECT_EQ(rig.counter(), 14400000);
-    EXPECT_EQ(rig.bandIndex(), 3);
     EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("14 40 00 00 01"));
     EXPECT_TRUE(rig.presetFlag());
 
     rig.OptBandV_Click(3);
-    EXPECT_EQ(rig.counter(), 43220000);
     EXPECT_EQ(s.station.frequencyText, QString("43220000"));
     EXPECT_EQ(shown.last().at(0).toString(), QString("432.2"));
     EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("43 22 00 00 01"));
@@ -153,7 +163,7 @@ TEST(RigController, BandPresetsOnlyAfterTheFirstBandClick)
     EXPECT_TRUE(rig.presetFlag());
 }
 
-TEST(RigController, PushToTalkOnTheRigPort)
+TEST(RigController, PushToTalkOnTheRigPortInBinaryOnly)
 {
     StationRig s("Com1", true);
     ASSERT_TRUE(s.open(1));
@@ -185,7 +195,6 @@ TEST(RigController, ReleasingAfterOnePassLeavesTheRigOneStepBehind)
 
     rig.startTuning(-1); // FreqDwn mouse-down: the first pass runs at once
     rig.stopTuning(); // mouse-up
-    EXPECT_EQ(rig.counter(), 14419000);
     EXPECT_EQ(rig.displayText(), QString("144.19"));
     EXPECT_EQ(s.station.frequencyText, QString("14419000"));
     EXPECT_EQ(s.received(1, 5).toHex(' '), QByteArray("14 42 00 00 01")); // the rig is one behind
@@ -262,20 +271,12 @@ TEST(RigController, RigPortNameComesFromKestrelIni)
     RecordingPrompts prompts;
     Station station(prompts);
     StationPorts ports(makeQtSerialLink);
-    {
+    for (const auto& [ini, taken] : { std::pair { "", "Com1" }, { "Com2", "Com2" }, { "COM3", "Com1" } }) {
+        station.rigPortName.clear();
+        ExtensionSettings::setValue(ExtensionKey::RigPort, ini);
         RigController rig(station, ports);
-        EXPECT_EQ(station.rigPortName, QString("Com1"));
+        EXPECT_EQ(station.rigPortName, QString(taken)) << ini;
     }
-    station.rigPortName.clear();
-    ExtensionSettings::setValue(ExtensionKey::RigPort, "Com2");
-    {
-        RigController rig(station, ports);
-        EXPECT_EQ(station.rigPortName, QString("Com2"));
-    }
-    station.rigPortName.clear();
-    ExtensionSettings::setValue(ExtensionKey::RigPort, "COM3");
-    RigController rig(station, ports);
-    EXPECT_EQ(station.rigPortName, QString("Com1"));
     EXPECT_EQ(prompts.shown,
         QStringList {
             "Kestrel.ini rig/port is \"COM3\"; it must be Com1 or Com2. The rig is taken to be on Com1." });
