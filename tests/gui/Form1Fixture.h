@@ -70,6 +70,19 @@ struct Form1Fixture {
         return spy.wait(2000);
     }
 
+    // Puts the sensor box's frame (and the rotator's reply) on the line, waits until they have
+    // arrived, then ticks once.
+    bool tickWith(const QByteArray& sensorFrame, const QByteArray& rotatorReply = {})
+    {
+        if (!rotatorReply.isEmpty() && !rotator.write(rotatorReply))
+            return false;
+        if (!sensor.write(sensorFrame) || !waitForBytes(3))
+            return false;
+        QTest::qWait(30);
+        form->tick();
+        return true;
+    }
+
     QList<QByteArray> configLines() const
     {
         QList<QByteArray> lines = dir.read(QStringLiteral("Kestrel.txt")).split('\n');
