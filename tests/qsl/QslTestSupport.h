@@ -5,12 +5,11 @@
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogDate.h"
-#include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
 
 #include <QImage>
-#include <QMap>
 #include <QProcess>
+#include <QSqlQuery>
 #include <QString>
 
 #include <gtest/gtest.h>
@@ -71,18 +70,16 @@ inline void setStationSettings(SettingsTable& s)
     s.setText(Setting::QslFoot, "email: op@example.org");
 }
 
-// "callsign date time" -> QSL letter as stored, for every contact of the log.
-inline QMap<QString, QString> qslLetters(const QString& path)
+// The QSL letters as stored, in callsign order and blank-separated ("Q Q Y").
+inline std::string qslLetters(const QString& path)
 {
-    QMap<QString, QString> out;
-    Recordset rs(path);
-    EXPECT_TRUE(rs.open(SqlText::LogList)) << rs.errorText().toStdString();
-    for (bool ok = rs.first(); ok; ok = rs.next())
-        out.insert(rs.text(QStringLiteral("Callsign")) + QLatin1Char(' ')
-                + LogDate::toDisplay(rs.text(QStringLiteral("Date"))) + QLatin1Char(' ')
-                + rs.text(QStringLiteral("GMT")),
-            rs.text(QStringLiteral("QSL")));
-    return out;
+    DbConnection c(path);
+    QSqlQuery q(c.database());
+    EXPECT_TRUE(q.exec("SELECT QSL FROM logtab ORDER BY Callsign, Date, GMT"));
+    QStringList out;
+    while (q.next())
+        out << q.value(0).toString();
+    return out.join(' ').toStdString();
 }
 
 // The text of a PDF as pdftotext lays it out; pages are separated by form feeds.
@@ -93,11 +90,6 @@ inline QString pdfText(const QString& pdf)
     EXPECT_TRUE(p.waitForFinished(30000)) << "pdftotext did not finish";
     EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
     return QString::fromUtf8(p.readAllStandardOutput());
-}
-
-inline int pdfPages(const QString& pdf)
-{
-    return static_cast<int>(pdfText(pdf).count(QLatin1Char('\f')));
 }
 
 // A small signature picture of the given size, written as BMP.
