@@ -15,18 +15,12 @@
 
 namespace {
 
-struct Expected {
-    QStringList args;
-    const char* grid;
-    const char* lat;
-    const char* latHemisphere;
-    const char* lon;
-};
-
-void runAgainstSim(const Expected& e)
+// Runs the simulator with args and expects the window to show its fix at lat/lon (box texts).
+void runAgainstSim(
+    const QStringList& args, const char* grid, const char* lat, const char* latHemisphere, const char* lon)
 {
     TempDir dir;
-    SimProcess sim(dir.path(), e.args);
+    SimProcess sim(dir.path(), args);
     ASSERT_TRUE(sim.ready()) << sim.errors().toStdString();
 
     RecordingPrompts prompts;
@@ -36,19 +30,15 @@ void runAgainstSim(const Expected& e)
     command1->click();
     ASSERT_EQ(command1->text(), "&stop") << prompts.shown.join(" | ").toStdString();
 
-    auto* grid = window.findChild<QLabel*>(QStringLiteral("Grid"));
+    auto* gridLabel = window.findChild<QLabel*>(QStringLiteral("Grid"));
     auto text
         = [&](const char* name) { return window.findChild<QLineEdit*>(QString::fromLatin1(name))->text(); };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return grid->text() != u"GPS NO FIX"; }, 5000));
-    EXPECT_EQ(grid->text(), QString::fromUtf8(e.grid));
-    EXPECT_EQ(text("txtMO"), "3D-Fix");
-    EXPECT_EQ(text("txtRW"), "A");
-    EXPECT_EQ(text("txtLa"), e.lat);
-    EXPECT_EQ(text("txtLAD"), e.latHemisphere);
-    EXPECT_EQ(text("txtLo2"), e.lon);
-    EXPECT_EQ(text("txtQU"), "GPS fix");
-    EXPECT_EQ(text("txtALS"), "512");
-    EXPECT_EQ(text("txtALSU"), "m");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return gridLabel->text() != u"GPS NO FIX"; }, 5000));
+    EXPECT_EQ(gridLabel->text(), QString::fromUtf8(grid));
+    for (auto [name, value] :
+        { std::pair { "txtMO", "3D-Fix" }, { "txtRW", "A" }, { "txtLa", lat }, { "txtLAD", latHemisphere },
+            { "txtLo2", lon }, { "txtQU", "GPS fix" }, { "txtALS", "512" }, { "txtALSU", "m" } })
+        EXPECT_EQ(text(name), value) << name;
     EXPECT_FALSE(window.findChild<QLabel*>(QStringLiteral("Image1"))->isHidden());
 
     // The clock moves on: the next second's burst arrives and is shown.
@@ -60,12 +50,11 @@ void runAgainstSim(const Expected& e)
 
 TEST(GpsSim, TheWindowShowsTheSimulatedFixAndPosition)
 {
-    runAgainstSim({ {}, "JN48TH   48.312500° N  9.625000° E", "48.3125", "N", "9.625" });
+    runAgainstSim({}, "JN48TH   48.312500° N  9.625000° E", "48.3125", "N", "9.625");
 }
 
 TEST(GpsSim, AMultiSystemReceiverInTheSouthWest)
 {
-    runAgainstSim({ { QStringLiteral("--gps-position"), QStringLiteral("-22.9068,-43.1729"),
-                        QStringLiteral("--gps-talker"), QStringLiteral("GN") },
-        "GG87JC   22.906800° S  43.172900° W", "22.9068", "S", "43.1729" });
+    runAgainstSim({ "--gps-position", "-22.9068,-43.1729", "--gps-talker", "GN" },
+        "GG87JC   22.906800° S  43.172900° W", "22.9068", "S", "43.1729");
 }

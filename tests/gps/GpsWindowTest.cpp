@@ -16,11 +16,8 @@
 namespace {
 
 const QByteArray kRmc = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
-const QByteArray kRmcV = "$GPRMC,235947,V,,,,,,,,,*3F\r\n";
 const QByteArray kGga = "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
 const QByteArray kGsa3 = "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39\r\n";
-const QByteArray kGsa2 = "$GPGSA,A,2,17,22*37\r\n";
-const QByteArray kGsv = "$GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*75\r\n";
 
 // A GPS window on a pseudo-terminal standing in for the receiver, in a scratch directory.
 class GpsWindow : public ::testing::Test {
@@ -34,16 +31,20 @@ protected:
         window = std::make_unique<Form4>(station, std::make_unique<QtSerialLink>());
     }
 
-    QLineEdit* box(const char* name) { return window->findChild<QLineEdit*>(QString::fromLatin1(name)); }
-    QString text(const char* name) { return box(name)->text(); }
-    QPushButton* command1() { return window->findChild<QPushButton*>(QStringLiteral("Command1")); }
-    QLabel* grid() { return window->findChild<QLabel*>(QStringLiteral("Grid")); }
-    QPlainTextEdit* log() { return window->findChild<QPlainTextEdit*>(QStringLiteral("Text1")); }
-
+    template <class T = QLineEdit> T* child(const char* name)
+    {
+        return window->findChild<T*>(QString::fromLatin1(name));
+    }
+    QString text(const char* name) { return child(name)->text(); }
+    void expectBoxes(std::initializer_list<std::pair<const char*, const char*>> boxes)
+    {
+        for (auto [name, value] : boxes)
+            EXPECT_EQ(text(name), value) << name;
+    }
     void start()
     {
-        command1()->click();
-        ASSERT_EQ(command1()->text(), "&stop") << prompts.shown.join(" | ").toStdString();
+        child<QPushButton>("Command1")->click();
+        ASSERT_EQ(child<QPushButton>("Command1")->text(), "&stop") << prompts.shown.join(" | ").toStdString();
     }
     // Sends bytes as the receiver and waits until the window shows `name` == `value`.
     bool sendAndWait(const QByteArray& bytes, const char* name, const QString& value)
@@ -51,6 +52,9 @@ protected:
         EXPECT_TRUE(pty.write(bytes));
         return QTest::qWaitFor([&] { return text(name) == value; }, 3000);
     }
+    QString grid() { return child<QLabel>("Grid")->text(); }
+    bool imageShown() { return !child<QLabel>("Image1")->isHidden(); }
+    QPlainTextEdit* log() { return child<QPlainTextEdit>("Text1"); }
 
     TempDir dir;
     RecordingPrompts prompts;
@@ -61,124 +65,78 @@ protected:
 
 } // namespace
 
-TEST_F(GpsWindow, OpensWithItsPortLabelAndControls)
+TEST_F(GpsWindow, OpensStoppedCommand1SwitchesThePortActivationReloads)
 {
     EXPECT_EQ(window->objectName(), "form4");
-    EXPECT_EQ(
-        window->findChild<QLabel*>(QStringLiteral("lblCom3"))->text(), "Com3 PortNr: " + pty.slavePath());
-    EXPECT_EQ(command1()->text(), "&start");
-    EXPECT_EQ(grid()->text(), "GPS NO FIX");
-    for (const char* name : { "txtUT", "txtRW", "txtLa", "txtLAD", "txtLo", "txtLOD", "txtSK", "txtCO",
-             "txtDS", "txtMD", "txtUT2", "txtLa2", "txtLAD2", "txtLo2", "txtLOD2", "txtQU", "txtSA", "txtHD",
-             "txtALS", "txtALSU", "txtALE", "txtALEU", "txtASM", "txtMO", "txtSat1", "txtSat12", "txtPDOP",
-             "txtHDOP", "txtVDOP" })
-        EXPECT_TRUE(box(name)) << name;
-    EXPECT_TRUE(window->findChild<QLabel*>(QStringLiteral("Image1"))->isHidden());
-}
+    EXPECT_EQ(child<QLabel>("lblCom3")->text(), "Com3 PortNr: " + pty.slavePath());
+    EXPECT_EQ(child<QPushButton>("Command1")->text(), "&start");
+    EXPECT_EQ(grid(), "GPS NO FIX");
+    EXPECT_FALSE(imageShown());
+    start();
+    EXPECT_TRUE(window->link().isOpen());
+    child<QPushButton>("Command1")->click();
+    EXPECT_EQ(child<QPushButton>("Command1")->text(), "&start");
+    EXPECT_FALSE(window->link().isOpen());
+    EXPECT_TRUE(prompts.shown.isEmpty());
 
-TEST_F(GpsWindow, ActivationReloadsTheSettingsFile)
-{
+    // Activation reloads the settings file: a value only in memory is replaced.
     station.settings.setText(Setting::Com3Port, QStringLiteral("7"));
     ASSERT_TRUE(SaveStationConfig(station));
-    station.settings.setText(Setting::Com3Port, QStringLiteral("9")); // not saved
+    station.settings.setText(Setting::Com3Port, QStringLiteral("9"));
     window->show();
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     EXPECT_EQ(station.settings.textAt(Setting::Com3Port), "7");
-    EXPECT_TRUE(window->findChild<QLabel*>(QStringLiteral("Image1"))->isHidden());
-}
-
-TEST_F(GpsWindow, StartAndStopSwitchThePortAndTheCaption)
-{
-    start();
-    EXPECT_TRUE(window->link().isOpen());
-    command1()->click();
-    EXPECT_EQ(command1()->text(), "&start");
-    EXPECT_FALSE(window->link().isOpen());
-    EXPECT_TRUE(prompts.shown.isEmpty());
 }
 
 TEST_F(GpsWindow, APortThatCannotBeOpenedIsReportedAndTheCaptionStays)
 {
     station.settings.setText(Setting::Com3Port, QStringLiteral("/dev/no-such-gps"));
-    command1()->click();
+    child<QPushButton>("Command1")->click();
     EXPECT_EQ(prompts.shown, QStringList { "Com3(/dev/no-such-gps)Port not open" });
-    EXPECT_EQ(command1()->text(), "&start");
+    EXPECT_EQ(child<QPushButton>("Command1")->text(), "&start");
     EXPECT_FALSE(window->link().isOpen());
 }
 
-TEST_F(GpsWindow, TwoSentencesInOneReadAreBothDecoded)
+TEST_F(GpsWindow, SentencesInOneReadAreAllDecoded)
 {
     start();
-    ASSERT_TRUE(sendAndWait(kRmc + kGga, "txtALEU", "m"));
-    EXPECT_EQ(text("txtUT"), "12:35:19");
-    EXPECT_EQ(text("txtRW"), "A");
-    EXPECT_EQ(text("txtLa"), "48.1173");
-    EXPECT_EQ(text("txtLAD"), "N");
-    EXPECT_EQ(text("txtLo"), "11.51666667");
-    EXPECT_EQ(text("txtLOD"), "E");
-    EXPECT_EQ(text("txtSK"), "22.4");
-    EXPECT_EQ(text("txtCO"), "84.4");
-    EXPECT_EQ(text("txtDS"), "23.03.94");
-    EXPECT_EQ(text("txtMD"), "3.1");
-    EXPECT_EQ(text("txtUT2"), "12:35:19");
-    EXPECT_EQ(text("txtLa2"), "48.1173");
-    EXPECT_EQ(text("txtLOD2"), "E");
-    EXPECT_EQ(text("txtQU"), "GPS fix");
-    EXPECT_EQ(text("txtSA"), "8");
-    EXPECT_EQ(text("txtHD"), "0.9");
-    EXPECT_EQ(text("txtALS"), "545.4");
-    EXPECT_EQ(text("txtALSU"), "m");
-    EXPECT_EQ(text("txtALE"), "46.9");
-    EXPECT_EQ(log()->toPlainText(), QString::fromLatin1(kRmc + kGga).trimmed().replace("\r\n", "\n"));
-}
-
-TEST_F(GpsWindow, ASentenceCutInTheMiddleIsDecodedWhenItsEndArrives)
-{
-    start();
-    ASSERT_TRUE(pty.write(kGga.left(30)));
-    QTest::qWait(200);
-    EXPECT_EQ(text("txtUT2"), "");
-    ASSERT_TRUE(sendAndWait(kGga.mid(30), "txtUT2", "12:35:19"));
-    EXPECT_EQ(text("txtQU"), "GPS fix");
+    const QByteArray gsv = "$GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*75\r\n";
+    ASSERT_TRUE(sendAndWait(kRmc + kGga + gsv, "txtALEU", "m"));
+    expectBoxes({ { "txtUT", "12:35:19" }, { "txtRW", "A" }, { "txtLa", "48.1173" }, { "txtLAD", "N" },
+        { "txtLo", "11.51666667" }, { "txtLOD", "E" }, { "txtSK", "22.4" }, { "txtCO", "84.4" },
+        { "txtDS", "23.03.94" }, { "txtMD", "3.1" }, { "txtUT2", "12:35:19" }, { "txtLa2", "48.1173" },
+        { "txtLAD2", "N" }, { "txtLo2", "11.51666667" }, { "txtLOD2", "E" }, { "txtQU", "GPS fix" },
+        { "txtSA", "8" }, { "txtHD", "0.9" }, { "txtALS", "545.4" }, { "txtALSU", "m" },
+        { "txtALE", "46.9" } });
+    // The log holds each sentence, GSV followed by its satellite groups.
+    EXPECT_EQ(log()->toPlainText(),
+        QString::fromLatin1(kRmc + kGga + gsv).trimmed().replace("\r\n", "\n")
+            + "\n[1 40 83 46] [2 17 308 41] [12 7 344 39] [14 22 228 45]");
 }
 
 TEST_F(GpsWindow, NoFixUntilGsaReportsOne)
 {
     start();
-    auto* image = window->findChild<QLabel*>(QStringLiteral("Image1"));
-    ASSERT_TRUE(sendAndWait(kRmcV, "txtUT", "23:59:47"));
+    ASSERT_TRUE(sendAndWait("$GPRMC,235947,V,,,,,,,,,*3F\r\n", "txtUT", "23:59:47"));
     EXPECT_EQ(text("txtRW"), "V");
-    EXPECT_EQ(grid()->text(), "GPS NO FIX");
+    EXPECT_EQ(grid(), "GPS NO FIX");
     ASSERT_TRUE(sendAndWait(kRmc, "txtRW", "A"));
-    EXPECT_EQ(grid()->text(), "GPS NO FIX");
-    EXPECT_TRUE(image->isHidden());
+    EXPECT_EQ(grid(), "GPS NO FIX");
+    EXPECT_FALSE(imageShown());
 
-    ASSERT_TRUE(sendAndWait(kGsa2, "txtMO", "2D-Fix"));
-    EXPECT_EQ(grid()->text(), "JN58SC   48.117300° N  11.516667° E");
-    EXPECT_EQ(grid()->palette().color(QPalette::WindowText), QColor(255, 255, 0));
-    EXPECT_FALSE(image->isHidden());
+    ASSERT_TRUE(sendAndWait("$GPGSA,A,2,17,22*37\r\n", "txtMO", "2D-Fix"));
+    EXPECT_EQ(grid(), "JN58SC   48.117300° N  11.516667° E");
+    EXPECT_EQ(child<QLabel>("Grid")->palette().color(QPalette::WindowText), QColor(255, 255, 0));
+    EXPECT_TRUE(imageShown());
     ASSERT_TRUE(sendAndWait(kGsa3, "txtMO", "3D-Fix"));
-    EXPECT_EQ(grid()->palette().color(QPalette::WindowText), QColor(0, 255, 0));
-    EXPECT_EQ(text("txtASM"), "A");
-    EXPECT_EQ(text("txtSat1"), "4");
-    EXPECT_EQ(text("txtSat3"), "");
-    EXPECT_EQ(text("txtSat8"), "24");
-    EXPECT_EQ(text("txtPDOP"), "2.5");
-    EXPECT_EQ(text("txtVDOP"), "2.1");
+    EXPECT_EQ(child<QLabel>("Grid")->palette().color(QPalette::WindowText), QColor(0, 255, 0));
+    expectBoxes({ { "txtASM", "A" }, { "txtSat1", "4" }, { "txtSat3", "" }, { "txtSat8", "24" },
+        { "txtSat12", "" }, { "txtPDOP", "2.5" }, { "txtHDOP", "1.3" }, { "txtVDOP", "2.1" } });
 
     ASSERT_TRUE(sendAndWait("$GPGSA,A,1,,,,,,,,,,,,,,,*1E\r\n", "txtMO", "No-Fix"));
-    EXPECT_EQ(grid()->text(), "GPS NO FIX");
-    EXPECT_TRUE(image->isHidden());
-}
-
-TEST_F(GpsWindow, GsvGoesIntoTheLogAsGroups)
-{
-    start();
-    ASSERT_TRUE(pty.write(kGsv));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return log()->blockCount() >= 2; }, 3000));
-    EXPECT_EQ(log()->toPlainText(),
-        QString::fromLatin1(kGsv).trimmed() + "\n[1 40 83 46] [2 17 308 41] [12 7 344 39] [14 22 228 45]");
+    EXPECT_EQ(grid(), "GPS NO FIX");
+    EXPECT_FALSE(imageShown());
 }
 
 TEST_F(GpsWindow, MultiSystemTalkersDecodeLikeGps)
@@ -188,32 +146,30 @@ TEST_F(GpsWindow, MultiSystemTalkersDecodeLikeGps)
                             "$GNGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*59\r\n"
                             "$GNGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*27\r\n",
         "txtMO", "3D-Fix"));
-    EXPECT_EQ(text("txtUT"), "12:35:19");
-    EXPECT_EQ(text("txtLo"), "11.51666667");
-    EXPECT_EQ(text("txtQU"), "GPS fix");
-    EXPECT_EQ(text("txtALS"), "545.4");
-    EXPECT_TRUE(grid()->text().startsWith("JN58SC"));
+    expectBoxes({ { "txtUT", "12:35:19" }, { "txtLo", "11.51666667" }, { "txtQU", "GPS fix" },
+        { "txtALS", "545.4" } });
+    EXPECT_EQ(grid(), "JN58SC   48.117300° N  11.516667° E");
 }
 
-TEST_F(GpsWindow, GarbageWithoutLineEndsDoesNotGrowTheBuffer)
+TEST_F(GpsWindow, GarbageDoesNotGrowTheBufferACutSentenceIsDecodedWhenItsEndArrives)
 {
     start();
-    const QByteArray junk(4096, 'x');
     for (int i = 0; i < 64; ++i) // 256 KiB
-        ASSERT_TRUE(pty.write(junk));
+        ASSERT_TRUE(pty.write(QByteArray(4096, 'x')));
     ASSERT_TRUE(QTest::qWaitFor([&] { return pty.pendingForSlave() == 0; }, 3000));
     QTest::qWait(100);
     EXPECT_LE(window->receiver().buffer().pending().size(), NmeaReceiveBuffer::kMaxPending);
-    ASSERT_TRUE(sendAndWait("\r\n" + kGga, "txtQU", "GPS fix"));
+    ASSERT_TRUE(pty.write("\r\n" + kGga.left(30)));
+    QTest::qWait(200);
+    EXPECT_EQ(text("txtUT2"), "");
+    ASSERT_TRUE(sendAndWait(kGga.mid(30), "txtUT2", "12:35:19"));
+    EXPECT_EQ(text("txtQU"), "GPS fix");
 }
 
 TEST_F(GpsWindow, TheLogStaysBounded)
 {
     start();
-    QByteArray many;
-    for (int i = 0; i < Form4::kLogLines + 100; ++i)
-        many += kRmc;
-    ASSERT_TRUE(pty.write(many));
+    ASSERT_TRUE(pty.write(kRmc.repeated(Form4::kLogLines + 100)));
     ASSERT_TRUE(QTest::qWaitFor([&] { return log()->blockCount() == Form4::kLogLines; }, 5000));
     QTest::qWait(200);
     EXPECT_EQ(log()->blockCount(), Form4::kLogLines);
@@ -221,7 +177,7 @@ TEST_F(GpsWindow, TheLogStaysBounded)
 
 TEST_F(GpsWindow, ThePositionBecomesTheOwnLocator)
 {
-    auto* take = window->findChild<QPushButton*>(QStringLiteral("cmdMyLocator"));
+    auto* take = child<QPushButton>("cmdMyLocator");
     EXPECT_FALSE(take->isEnabled());
     start();
     ASSERT_TRUE(sendAndWait(kRmc + kGga + kGsa3, "txtMO", "3D-Fix"));
@@ -231,7 +187,6 @@ TEST_F(GpsWindow, ThePositionBecomesTheOwnLocator)
     EXPECT_EQ(station.settings.textAt(Setting::MyLocator), "JN58SC");
     EXPECT_EQ(station.myLocator, "JN58SC");
     EXPECT_TRUE(dir.read("Kestrel.txt").split('\n').value(6).startsWith("\"JN58SC\""));
-
     // Answering No changes nothing.
     prompts.answers << false;
     station.settings.setText(Setting::MyLocator, QStringLiteral("JO31HH"));
