@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QXmlStreamReader>
 
+using namespace Qt::StringLiterals;
+
 QString XmlLintErrors(const QString& path)
 {
     QProcess p;
@@ -20,41 +22,26 @@ KmlShape ReadKml(const QByteArray& bytes)
 {
     KmlShape s;
     QXmlStreamReader r(bytes);
-    bool inPolygon = false;
-    bool polygonHasRing = false;
-    bool inRing = false;
-    bool inPoint = false;
+    QStringList open; // the elements around the current one
+    bool ring = false; // the current polygon has a five-point ring
     while (!r.atEnd()) {
         r.readNext();
-        if (r.isStartElement()) {
-            const QStringView n = r.name();
-            if (n == u"Placemark")
-                ++s.placemarks;
-            else if (n == u"Point")
-                inPoint = true;
-            else if (n == u"LineString")
-                ++s.lines;
-            else if (n == u"Polygon")
-                inPolygon = true, polygonHasRing = false;
-            else if (n == u"LinearRing")
-                inRing = true;
-            else if (n == u"coordinates") {
-                const QString text = r.readElementText().trimmed();
-                if (inPoint && !text.isEmpty())
-                    ++s.points;
-                if (inPolygon && inRing && text.split(u' ', Qt::SkipEmptyParts).size() == 5)
-                    polygonHasRing = true;
-            }
+        const QString n = r.name().toString();
+        if (r.isStartElement() && n == u"coordinates") {
+            const QString text = r.readElementText().trimmed();
+            if (open.contains(u"Point"_s) && !text.isEmpty())
+                ++s.points;
+            ring = ring
+                || (open.contains(u"LinearRing"_s) && text.split(u' ', Qt::SkipEmptyParts).size() == 5);
+        } else if (r.isStartElement()) {
+            open << n;
+            s.placemarks += n == u"Placemark";
+            s.lines += n == u"LineString";
+            ring = ring && n != u"Polygon";
         } else if (r.isEndElement()) {
-            const QStringView n = r.name();
-            if (n == u"Point")
-                inPoint = false;
-            else if (n == u"LinearRing")
-                inRing = false;
-            else if (n == u"Polygon") {
-                inPolygon = false;
-                ++(polygonHasRing ? s.polygons : s.emptyPolygons);
-            }
+            open.removeLast();
+            if (n == u"Polygon")
+                ++(ring ? s.polygons : s.emptyPolygons);
         }
     }
     s.ok = !r.hasError();

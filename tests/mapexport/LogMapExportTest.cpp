@@ -38,7 +38,7 @@ struct Fixture {
 
 } // namespace
 
-TEST(LogMapExport, GoldenWithLinesAndTransparencyTen)
+TEST(LogMapExport, GoldensWithAndWithoutLinesAndTheColourCarriedOver)
 {
     Fixture f;
     f.db.station.transparency = "10";
@@ -70,28 +70,19 @@ TEST(LogMapExport, GoldenWithLinesAndTransparencyTen)
     EXPECT_EQ(s.polygons, 6); // the first record of each square
     EXPECT_EQ(s.emptyPolygons, 1); // the second JN48
     EXPECT_EQ(s.lines, 7);
-}
 
-TEST(LogMapExport, GoldenWithoutLines)
-{
-    Fixture f;
+    // Without lines the colour moves on all the same, from what a beacon export left behind.
+    f.db.station.transparency = "128";
     f.db.station.lineStations = false;
-    f.db.station.lineColour = "#ff0000ff"; // left behind by a beacon export
-    SQNr(f.db.station, f.fields, f.band, "");
+    f.db.station.lineColour = "#ff0000ff";
     ASSERT_EQ(f.run().status, Status::Written);
-    const QByteArray bytes = f.file();
-    EXPECT_TRUE(MatchesGolden("log_lines_off.kml", bytes));
+    EXPECT_TRUE(MatchesGolden("log_lines_off.kml", f.file()));
     EXPECT_EQ(XmlLintErrors(f.db.dir.file("earth.kml")), "");
-    const KmlShape s = ReadKml(bytes);
-    EXPECT_EQ(s.points, 8);
-    EXPECT_EQ(s.polygons, 6);
-    EXPECT_EQ(s.lines, 0);
-    EXPECT_EQ(f.db.station.lineColour, "#ff707070"); // the colour moves on without lines too
-}
+    EXPECT_EQ(f.file().count("\r\n"), 3 + 7 + 1);
+    EXPECT_EQ(ReadKml(f.file()).lines, 0);
+    EXPECT_EQ(f.db.station.lineColour, "#ff707070");
 
-TEST(LogMapExport, ColourOfAnEarlierExportStartsTheLines)
-{
-    Fixture f;
+    // With lines, the colour of an earlier export starts them.
     f.db.station.lineStations = true;
     f.db.station.lineColour = "#ff0000ff";
     ASSERT_EQ(f.run().status, Status::Written);

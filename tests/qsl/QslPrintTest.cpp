@@ -66,7 +66,6 @@ TEST_F(QslPrinting, NothingSelectedPrintsNothingAndLeavesTheCard)
     EXPECT_FALSE(out.hasRows);
     EXPECT_TRUE(out.messages.isEmpty());
     EXPECT_TRUE(design.text(CardName::Greeting).isEmpty());
-
     EXPECT_FALSE(QFile::exists(pdf));
 }
 
@@ -95,6 +94,7 @@ TEST_F(QslPrinting, PrintingFailureAfterMarkingNamesTheMarkedContacts)
     EXPECT_TRUE(forty.contains("\nDL39 01.01.2026 10:00 (Y -> N)"));
     EXPECT_TRUE(forty.endsWith("\nand 3 more: DL40, DL41, DL42")) << forty.toStdString();
 }
+
 TEST_F(QslPrinting, MoreThan1001ContactsStopAtTheBoundWithAMessageAndWaitForTheNextRun)
 {
     addManyContacts(db, 1003, "Y");
