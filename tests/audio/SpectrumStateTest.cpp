@@ -2,6 +2,7 @@
 #include "audio/SpectrumTexts.h"
 #include "audio/WaveBuffer.h"
 
+#include <QStringList>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -26,6 +27,20 @@ void feed(SpectrumState& s, const WaveBuffer& b, int times)
     }
 }
 } // namespace
+
+TEST(SpectrumState, ActivationSetsTheSoundParameters)
+{
+    SpectrumState s;
+    s.refLevel = 55;
+    s.dbPerDivision = 20;
+    s.differenceMode = true;
+    s.reset();
+    EXPECT_EQ(QStringList({ s.sampleRateText, s.lengthText, s.hzPerDivisionText, s.spanText }),
+        QStringList({ "22050", "8192", "270", "2700" }));
+    EXPECT_EQ(s.refLevel, 30.0f);
+    EXPECT_EQ(s.dbPerDivision, 10.0f);
+    EXPECT_FALSE(s.differenceMode);
+}
 
 TEST(SpectrumState, SilenceApproachesMinus140ByOneTenthPerBuffer)
 {
