@@ -2,8 +2,6 @@
 // last gap, by push-to-talk or by the text dialect after its wait.
 #include "devices/keyer/KeyerController.h"
 #include "StationRig.h"
-#include "devices/lines/OutputLines.h"
-#include "devices/lines/RecordingLine.h"
 #include "devices/rig/RigController.h"
 
 #include <QSignalSpy>
@@ -15,15 +13,12 @@ using Clock = steady_clock;
 
 namespace {
 struct KeyerRig : StationRig {
-    OutputLines lines;
-    std::shared_ptr<RecordingLine> key = std::make_shared<RecordingLine>();
     std::unique_ptr<RigController> rig;
     std::unique_ptr<KeyerController> keyer;
 
     KeyerRig(bool text)
         : StationRig("Com1", text)
     {
-        lines.setLine(OutputLines::Role::Key, key);
         open(1);
         open(2);
         rig = std::make_unique<RigController>(station, ports);

@@ -35,11 +35,8 @@ void checkCells(const QString& rigPort, bool check2, bool check3, int band, cons
         s.station.frequencyText = "-";
         EXPECT_TRUE(rig.OptFT847_Click(c.index));
         const auto where = QStringLiteral("%1 check2=%2 check3=%3 band %4 option %5")
-                               .arg(rigPort)
-                               .arg(check2)
-                               .arg(check3)
-                               .arg(band)
-                               .arg(c.index)
+                               .arg(rigPort, QString::number(check2), QString::number(check3),
+                                   QString::number(band), QString::number(c.index))
                                .toStdString();
         EXPECT_EQ(s.received(1, c.com1.size()).toHex(' '), c.com1.toHex(' ')) << where;
         EXPECT_EQ(s.received(2, c.com2.size()).toHex(' '), c.com2.toHex(' ')) << where;

@@ -1,7 +1,5 @@
 #include "devices/rotator/RotatorController.h"
 #include "StationRig.h"
-#include "devices/lines/OutputLines.h"
-#include "devices/lines/RecordingLine.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -11,19 +9,8 @@ using namespace std::chrono;
 
 namespace {
 struct RotatorRig : StationRig {
-    OutputLines lines;
-    std::shared_ptr<RecordingLine> up = std::make_shared<RecordingLine>();
-    std::shared_ptr<RecordingLine> down = std::make_shared<RecordingLine>();
-    std::unique_ptr<RotatorController> rotator;
-
-    RotatorRig()
-    {
-        lines.setLine(OutputLines::Role::Up, up);
-        lines.setLine(OutputLines::Role::Down, down);
-        open(4);
-        rotator = std::make_unique<RotatorController>(station, ports, lines);
-    }
-    QByteArray rotatorGot(qsizetype n) { return received(4, n); }
+    std::unique_ptr<RotatorController> rotator = std::make_unique<RotatorController>(station, ports, lines);
+    RotatorRig() { open(4); }
 };
 
 double lengthMs(const RecordingLine::Edge& on, const RecordingLine::Edge& off)
@@ -32,33 +19,11 @@ double lengthMs(const RecordingLine::Edge& on, const RecordingLine::Edge& off)
 }
 } // namespace
 
-TEST(RotatorController, HeadingCommands)
-{
-    RotatorRig r;
-    EXPECT_EQ(r.rotator->Antennedrehen(""), QString("000"));
-    EXPECT_EQ(r.rotatorGot(8), QByteArray("AP1000\r;"));
-    EXPECT_EQ(r.rotator->Antennedrehen("7"), QString("007"));
-    EXPECT_EQ(r.rotatorGot(8), QByteArray("AP1007\r;"));
-    EXPECT_EQ(r.rotator->Antennedrehen("245"), QString("245"));
-    EXPECT_EQ(r.rotatorGot(8), QByteArray("AP1245\r;"));
-
-    r.rotator->sendSecondSetValue("30");
-    EXPECT_EQ(r.rotatorGot(7), QByteArray("AW1030;"));
-    r.rotator->turnLeft();
-    EXPECT_EQ(r.rotatorGot(3), QByteArray("AA;"));
-    r.rotator->turnRight();
-    EXPECT_EQ(r.rotatorGot(3), QByteArray("AB;"));
-    QSignalSpy red(r.rotator.get(), &RotatorController::stopPressed);
-    r.rotator->Rotorstop_click();
-    EXPECT_EQ(r.rotatorGot(3), QByteArray("ST;"));
-    EXPECT_EQ(red.count(), 1);
-}
-
 TEST(RotatorController, QueryReadsWhatHasArrivedWithoutWaiting)
 {
     RotatorRig r;
     EXPECT_EQ(r.rotator->queryHeading(), QString());
-    EXPECT_EQ(r.rotatorGot(4), QByteArray("AI1;"));
+    EXPECT_EQ(r.received(4, 4), QByteArray("AI1;"));
     ASSERT_TRUE(r.pty[3].write("245;"));
     QTest::qWait(100);
     EXPECT_EQ(r.rotator->queryHeading(), QString("245"));

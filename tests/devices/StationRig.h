@@ -1,8 +1,11 @@
 #pragma once
 // Test station with its four ports on pseudo-terminals through the real Qt serial link: the
-// settings table points Com1..Com4 at the pseudo-terminals, line settings "9600,n,8,1".
+// settings table points Com1..Com4 at the pseudo-terminals, line settings "9600,n,8,1". The
+// key, elevation-up and elevation-down lines record their edges.
 #include "core/Prompts.h"
 #include "core/Station.h"
+#include "devices/lines/OutputLines.h"
+#include "devices/lines/RecordingLine.h"
 #include "devices/link/QtSerialLink.h"
 #include "devices/link/StationPorts.h"
 #include "sim/pty/PtyPair.h"
@@ -14,6 +17,10 @@ struct StationRig {
     Station station { prompts };
     std::array<PtyPair, 4> pty;
     StationPorts ports { makeQtSerialLink };
+    OutputLines lines;
+    std::shared_ptr<RecordingLine> key = std::make_shared<RecordingLine>();
+    std::shared_ptr<RecordingLine> up = std::make_shared<RecordingLine>();
+    std::shared_ptr<RecordingLine> down = std::make_shared<RecordingLine>();
 
     explicit StationRig(
         const QString& rigPort = QStringLiteral("Com1"), bool check2 = false, bool check3 = false)
@@ -29,6 +36,9 @@ struct StationRig {
         station.settings.setInt16(Setting::Check2, check2 ? -1 : 0);
         station.settings.setInt16(Setting::Check3, check3 ? -1 : 0);
         station.rigPortName = rigPort;
+        lines.setLine(OutputLines::Role::Key, key);
+        lines.setLine(OutputLines::Role::Up, up);
+        lines.setLine(OutputLines::Role::Down, down);
     }
 
     bool open(int com)

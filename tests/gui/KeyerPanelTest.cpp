@@ -1,8 +1,6 @@
 // The keyer panel: its controls, which text goes out, transmit around it, the settings.
 #include "ui/keyer/KeyerPanel.h"
 #include "devices/keyer/KeyerController.h"
-#include "devices/lines/OutputLines.h"
-#include "devices/lines/RecordingLine.h"
 #include "devices/rig/RigController.h"
 #include "tests/devices/StationRig.h"
 #include "ui/rig/BackColour.h"
@@ -22,14 +20,11 @@ double lengthMs(const RecordingLine::Edge& on, const RecordingLine::Edge& off)
 }
 
 struct KeyerPanelRig : StationRig {
-    OutputLines lines;
-    std::shared_ptr<RecordingLine> key = std::make_shared<RecordingLine>();
     std::unique_ptr<RigController> rig;
     std::unique_ptr<KeyerPanel> panel;
 
     KeyerPanelRig()
     {
-        lines.setLine(OutputLines::Role::Key, key);
         open(1);
         open(2);
         rig = std::make_unique<RigController>(station, ports);

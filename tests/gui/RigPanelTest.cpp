@@ -1,6 +1,5 @@
 // The rig panel on the offscreen platform, driven by objectName, its ports on pseudo-terminals.
 #include "ui/rig/RigPanel.h"
-#include "devices/rig/CatCodec.h"
 #include "devices/rig/RigController.h"
 #include "tests/devices/StationRig.h"
 #include "tests/support/TempDir.h"
@@ -86,30 +85,6 @@ TEST(RigPanel, ClicksSendTheirCommandsAndBandPresetsComeAfterTheFirst)
     EXPECT_EQ(r.received(1, 20).toHex(' '), cell.repeated(2).toHex(' '));
     r.clickOption("OptBandR", 5);
     EXPECT_EQ(r.panel->controller().microwaveBand(), 5);
-}
-
-TEST(RigPanel, HoldingQrgUpTunesUntilTheMouseIsUp)
-{
-    RigPanelRig r;
-    r.clickOption("OptQRG", 4);
-    auto* up = r.child<QPushButton>("FreqUp");
-    QTest::mousePress(up, Qt::LeftButton);
-    EXPECT_TRUE(r.station.hold);
-    QTest::qWait(150);
-    QTest::mouseRelease(up, Qt::LeftButton);
-    EXPECT_FALSE(r.station.hold);
-    QTest::qWait(100);
-    const qint64 passes = r.panel->controller().passes();
-    EXPECT_GE(passes, 2);
-    const qint64 counter = 14400000 + 1000 * passes; // 10 kHz of real frequency a pass
-    EXPECT_EQ(r.panel->controller().counter(), counter);
-    EXPECT_EQ(r.shown(), Cat::megahertzText(counter));
-    const QByteArray com1 = r.received(1, 5 * passes);
-    EXPECT_EQ(com1.size(), 5 * passes);
-    // the rig got the frequency before the last step
-    EXPECT_EQ(com1.right(5), Cat::frequencyCommand(QString::number(counter - 1000), 8));
-    QTest::qWait(100);
-    EXPECT_EQ(r.panel->controller().passes(), passes);
 }
 
 TEST(RigPanel, PushToTalkBytesAndColours)

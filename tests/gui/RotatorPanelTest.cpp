@@ -16,16 +16,11 @@
 
 namespace {
 struct RotatorPanelRig : StationRig {
-    OutputLines lines;
-    std::shared_ptr<RecordingLine> up = std::make_shared<RecordingLine>();
-    std::shared_ptr<RecordingLine> down = std::make_shared<RecordingLine>();
     QLineEdit locator;
     std::unique_ptr<RotatorPanel> panel;
 
     RotatorPanelRig()
     {
-        lines.setLine(OutputLines::Role::Up, up);
-        lines.setLine(OutputLines::Role::Down, down);
         open(4);
         panel = std::make_unique<RotatorPanel>(station, ports, lines, nullptr, &locator);
         panel->show();
@@ -44,29 +39,16 @@ struct RotatorPanelRig : StationRig {
     }
 };
 
-std::unique_ptr<OutputLines> recordingLines(
-    std::shared_ptr<RecordingLine> up, std::shared_ptr<RecordingLine> down)
-{
-    auto lines = std::make_unique<OutputLines>();
-    lines->setLine(OutputLines::Role::Up, std::move(up));
-    lines->setLine(OutputLines::Role::Down, std::move(down));
-    return lines;
-}
 } // namespace
 
-TEST(RotatorPanel, Captions)
+TEST(RotatorPanel, EnterInText160AndTheButtonsSendTheirCommands)
 {
     RotatorPanelRig r;
-    const std::pair<const char*, const char*> buttons[]
+    const std::pair<const char*, const char*> captions[]
         = { { "AziL", "<- AZI" }, { "AziR", "AZI->" }, { "RotorStop", "Rotor Stop" }, { "eleup", " Ele  up" },
               { "eleDwn", " Ele dwn" }, { "EleAuto", "Ele Auto" } };
-    for (const auto& [name, caption] : buttons)
+    for (const auto& [name, caption] : captions)
         EXPECT_EQ(r.child<QPushButton>(name)->text(), QString(caption)) << name;
-}
-
-TEST(RotatorPanel, EnterInText160TurnsTheAntennaAndGivesTheFocusBack)
-{
-    RotatorPanelRig r;
     r.enter("Text160", "");
     EXPECT_EQ(r.child<QLineEdit>("Text160")->text(), QString("000"));
     EXPECT_EQ(r.received(4, 8), QByteArray("AP1000\r;"));
@@ -75,17 +57,12 @@ TEST(RotatorPanel, EnterInText160TurnsTheAntennaAndGivesTheFocusBack)
     EXPECT_EQ(r.received(4, 8), QByteArray("AP1007\r;"));
     r.enter("Text177", "30");
     EXPECT_EQ(r.received(4, 7), QByteArray("AW1030;"));
-}
 
-TEST(RotatorPanel, TurnAndStopButtons)
-{
-    RotatorPanelRig r;
-    r.child<QPushButton>("AziL")->click();
-    EXPECT_EQ(r.received(4, 3), QByteArray("AA;"));
-    r.child<QPushButton>("AziR")->click();
-    EXPECT_EQ(r.received(4, 3), QByteArray("AB;"));
-    r.child<QPushButton>("RotorStop")->click();
-    EXPECT_EQ(r.received(4, 3), QByteArray("ST;"));
+    for (const auto& [button, command] :
+        { std::pair { "AziL", "AA;" }, { "AziR", "AB;" }, { "RotorStop", "ST;" } }) {
+        r.child<QPushButton>(button)->click();
+        EXPECT_EQ(r.received(4, 3), QByteArray(command)) << button;
+    }
     EXPECT_EQ(BackColour::of(r.child<QPushButton>("RotorStop")), 255);
 }
 
@@ -94,19 +71,16 @@ TEST(RotatorPanel, HoldingAnElevationButtonSwitchesAutomaticOff)
     RotatorPanelRig r;
     auto* autoButton = r.child<QPushButton>("EleAuto");
     autoButton->click();
-    EXPECT_TRUE(r.panel->controller().isAuto());
     QTest::mousePress(r.child<QPushButton>("eleup"), Qt::LeftButton);
     EXPECT_FALSE(autoButton->isChecked());
-    EXPECT_FALSE(r.panel->controller().isAuto());
     EXPECT_TRUE(r.up->state());
-    QTest::qWait(60);
     QTest::mouseRelease(r.child<QPushButton>("eleup"), Qt::LeftButton);
     EXPECT_FALSE(r.up->state());
     QTest::mousePress(r.child<QPushButton>("eleDwn"), Qt::LeftButton);
     EXPECT_TRUE(r.down->state());
     QTest::mouseRelease(r.child<QPushButton>("eleDwn"), Qt::LeftButton);
     EXPECT_FALSE(r.down->state());
-    r.panel->autoElevationStep(0.2);
+    r.panel->autoElevationStep(0.2); // the tick shows the state
     EXPECT_EQ(autoButton->text(), QString("Ele manu"));
     EXPECT_EQ(BackColour::of(autoButton), 65535);
     EXPECT_EQ(r.up->edges().size(), 2u); // the hold only; no pulse while automatic is off
@@ -118,8 +92,11 @@ TEST(RotatorPanel, TickPulsesOnThisTicksSensorReadingOnly)
     f.writeConfig();
     auto up = std::make_shared<RecordingLine>();
     auto down = std::make_shared<RecordingLine>();
+    auto lines = std::make_unique<OutputLines>();
+    lines->setLine(OutputLines::Role::Up, up);
+    lines->setLine(OutputLines::Role::Down, down);
     f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
-    auto* panels = new StationPanels(*f.form, recordingLines(up, down));
+    auto* panels = new StationPanels(*f.form, std::move(lines));
     f.form->load();
     f.form->timer().stop();
     auto* autoButton = f.child<QPushButton>("EleAuto");
