@@ -105,12 +105,10 @@ TEST(BeaconGEB, GoldensWithAndWithoutLines)
     s = ReadKml(f.file());
     EXPECT_EQ(s.placemarks, 1 + 2);
     EXPECT_EQ(s.lines, 0);
-}
 
-TEST(BeaconGEB, FilterMatchingNothingStillWritesTheHomePlacemark)
-{
-    MapFixture f;
-    const BeaconExportOutcome out = f.export_("%nomatch%");
+    // A filter matching nothing still writes the home placemark.
+    f.prompts.shown.clear();
+    out = f.export_("%nomatch%");
     ASSERT_EQ(out.status, Status::Written);
     EXPECT_EQ(out.records, 0);
     EXPECT_EQ(f.file(),
@@ -122,24 +120,7 @@ TEST(BeaconGEB, FilterMatchingNothingStillWritesTheHomePlacemark)
     EXPECT_TRUE(f.prompts.shown.isEmpty());
 }
 
-TEST(BeaconGEB, EmptyOrMissingTableKeepsTheOldFile)
-{
-    MapFixture f;
-    ASSERT_TRUE(f.db.exec("DELETE FROM PNT_Beacon"));
-    f.dir.write("earth.kml", "previous");
-    EXPECT_EQ(f.export_().status, Status::NoRecords);
-    EXPECT_EQ(f.prompts.shown, QStringList({ "No lat/long coords where found." }));
-
-    ASSERT_TRUE(f.db.exec("DROP TABLE PNT_Beacon"));
-    EXPECT_EQ(f.export_().status, Status::Failed);
-    ASSERT_EQ(f.prompts.shown.size(), 2);
-    EXPECT_TRUE(f.prompts.shown[1].startsWith("Error "));
-    EXPECT_TRUE(f.prompts.shown[1].endsWith(") in procedure GeB_Click of Formular form1"));
-    EXPECT_EQ(f.file(), "previous");
-    EXPECT_TRUE(f.viewer.opened.isEmpty());
-}
-
-TEST(BeaconGEB, NameTooShortStopsWithTheReportAndKeepsTheOldFile)
+TEST(BeaconGEB, ShortNamesAndTableTroubleAreReportedAndKeepTheOldFile)
 {
     MapFixture f;
     ASSERT_TRUE(f.db.add({ { "A", "JO40FF", "144", "" }, { "DB0Z/B", "JO40FF", "144", "" } }));
@@ -150,10 +131,7 @@ TEST(BeaconGEB, NameTooShortStopsWithTheReportAndKeepsTheOldFile)
         QStringList(
             { "Error 5 (Invalid procedure call or argument: beacon name \"A\") in procedure GeB_Click "
               "of Formular form1" }));
-    EXPECT_EQ(f.file(), "previous");
-    EXPECT_TRUE(f.viewer.opened.isEmpty());
     EXPECT_EQ(f.station.lineColour, "#ffff0000");
-
     // An empty name (the list stores one) and a short dash name stop it the same way.
     for (const char* name : { "", "A-B" }) {
         ASSERT_TRUE(f.db.exec(QStringLiteral("UPDATE PNT_Beacon SET beacon = '%1' WHERE qrg = '144'")
@@ -161,4 +139,16 @@ TEST(BeaconGEB, NameTooShortStopsWithTheReportAndKeepsTheOldFile)
         EXPECT_EQ(f.export_().status, Status::Failed) << name;
         EXPECT_TRUE(f.prompts.shown.last().contains(QStringLiteral("beacon name \"%1\"").arg(name))) << name;
     }
+
+    f.prompts.shown.clear();
+    ASSERT_TRUE(f.db.exec("DELETE FROM PNT_Beacon"));
+    EXPECT_EQ(f.export_().status, Status::NoRecords);
+    EXPECT_EQ(f.prompts.shown, QStringList({ "No lat/long coords where found." }));
+    ASSERT_TRUE(f.db.exec("DROP TABLE PNT_Beacon"));
+    EXPECT_EQ(f.export_().status, Status::Failed);
+    ASSERT_EQ(f.prompts.shown.size(), 2);
+    EXPECT_TRUE(f.prompts.shown[1].startsWith("Error "));
+    EXPECT_TRUE(f.prompts.shown[1].endsWith(") in procedure GeB_Click of Formular form1"));
+    EXPECT_EQ(f.file(), "previous");
+    EXPECT_TRUE(f.viewer.opened.isEmpty());
 }

@@ -99,6 +99,14 @@ TEST(BeaconPanel, LoadRunsItsStepsInOrderAndSetsTheCaption)
     f.station.settings.setText(Setting::MyLocator, "");
     f.panel.LoadBeaconList();
     EXPECT_EQ(f.calls, QStringList({ "settings", "band handler" }));
+
+    // A database failure is reported and the grid stays.
+    f.station.dbConnection = f.dir.file("missing.db");
+    f.panel.LoadBeaconList();
+    ASSERT_EQ(f.prompts.shown.size(), 1);
+    EXPECT_TRUE(f.prompts.shown[0].startsWith("Error "));
+    EXPECT_TRUE(f.prompts.shown[0].endsWith(" in procedure LoadBeaconList of Formular form1"));
+    EXPECT_EQ(f.caption(), "6");
 }
 
 TEST(BeaconPanel, BanCounSortsByQrgAlphabeticallyAndKeepsItsState)
@@ -156,7 +164,7 @@ TEST(BeaconPanel, ChoosingARowAimsTunesAndTurnsInThatOrder)
     EXPECT_EQ(f.choose("G4ABC"), QStringList({ "aim IO91WM", "turn 42" })); // 70021: the band stays
 }
 
-TEST(BeaconPanel, AddNewNeedsABandPresetsTheQrgAndEnterMovesOn)
+TEST(BeaconPanel, NewEntryNeedsABandEnterMovesOnAndABadLocatorKeepsTheFocus)
 {
     PanelFixture f;
     ASSERT_TRUE(f.showActive());
@@ -166,7 +174,6 @@ TEST(BeaconPanel, AddNewNeedsABandPresetsTheQrgAndEnterMovesOn)
     f.button("CMDaddnew")->click();
     EXPECT_EQ(f.edit("txtQrgB")->text(), "144");
     EXPECT_TRUE(f.edit("txtBeacon")->hasFocus());
-
     f.type("txtBeacon", "PI7ALK/B");
     ASSERT_TRUE(f.edit("txtQrgB")->hasFocus());
     f.type("txtQrgB", "455");
@@ -175,26 +182,19 @@ TEST(BeaconPanel, AddNewNeedsABandPresetsTheQrgAndEnterMovesOn)
     EXPECT_TRUE(QTest::qWaitFor([&] { return f.edit("txtLocB")->text() == "JO22"; }, 1000));
     EXPECT_TRUE(f.edit("txtComment")->hasFocus());
     EXPECT_FALSE(f.station.locatorInvalid);
-    EXPECT_EQ(f.prompts.shown.size(), 1);
-}
 
-TEST(BeaconPanel, BadLocatorShowsTheMessageAndKeepsTheFocus)
-{
-    PanelFixture f;
-    ASSERT_TRUE(f.showActive());
     QLineEdit* loc = f.edit("txtLocB");
+    loc->clear();
     loc->setFocus();
     f.type("txtLocB", "JO2", Qt::Key_Tab);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !f.prompts.shown.isEmpty(); }, 1000));
-    EXPECT_EQ(f.prompts.shown, QStringList({ "Invalid Gridlocator:" }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return f.prompts.shown.size() == 2; }, 1000));
+    EXPECT_EQ(f.prompts.shown.last(), "Invalid Gridlocator:");
     EXPECT_TRUE(QTest::qWaitFor([&] { return loc->hasFocus(); }, 1000));
     EXPECT_TRUE(f.station.locatorInvalid);
-
     // Clicking the grid is leaving the box too.
     f.panel.LoadBeaconList();
     f.clickRow(0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return f.prompts.shown.size() == 2 && loc->hasFocus(); }, 1000));
-
+    EXPECT_TRUE(QTest::qWaitFor([&] { return f.prompts.shown.size() == 3 && loc->hasFocus(); }, 1000));
     // An empty box sets the flag but lets the operator go.
     loc->clear();
     f.station.locatorInvalid = false;
@@ -202,7 +202,7 @@ TEST(BeaconPanel, BadLocatorShowsTheMessageAndKeepsTheFocus)
     QTest::qWait(20);
     EXPECT_TRUE(f.station.locatorInvalid);
     EXPECT_TRUE(f.edit("txtComment")->hasFocus());
-    EXPECT_EQ(f.prompts.shown.size(), 2);
+    EXPECT_EQ(f.prompts.shown.size(), 3);
 }
 
 TEST(BeaconPanel, SaveStoresTheFourBoxesEvenWithAnEmptyNameAndDoesNotReload)
@@ -259,16 +259,4 @@ TEST(BeaconPanel, MapButtonsUseTheNameFilter)
     const QByteArray kml = f.dir.read("earth.kml");
     EXPECT_EQ(kml.count("<Placemark><name>"), 1 + 3);
     EXPECT_TRUE(kml.contains("<name>OK1KIR</name>"));
-}
-
-TEST(BeaconPanel, DatabaseFailureIsReportedAndTheGridStays)
-{
-    PanelFixture f;
-    f.panel.LoadBeaconList();
-    f.station.dbConnection = f.dir.file("missing.db");
-    f.panel.LoadBeaconList();
-    ASSERT_EQ(f.prompts.shown.size(), 1);
-    EXPECT_TRUE(f.prompts.shown[0].startsWith("Error "));
-    EXPECT_TRUE(f.prompts.shown[0].endsWith(" in procedure LoadBeaconList of Formular form1"));
-    EXPECT_EQ(f.caption(), "6");
 }
