@@ -62,7 +62,8 @@ TEST(RichtungQrb, OddLongitudeRuleGivesTwoByOneDegrees)
     }
 }
 
-TEST(RichtungQrb, HomeCoordinatesOutlineDistanceAndPassOver)
+// The pass-over square of the counts is shown through SQNr on a real log.
+TEST(RichtungQrb, HomeCoordinatesOutlineAndDistance)
 {
     RecordingPrompts prompts;
     Station station { prompts };
@@ -75,24 +76,12 @@ TEST(RichtungQrb, HomeCoordinatesOutlineDistanceAndPassOver)
     EXPECT_GT(fields.distanceKm, 50.0f);
     EXPECT_LT(fields.distanceKm, 100.0f);
 
-    // The pass-over square wins over the box and is used once.
-    fields.passOver = true;
-    fields.passOverSquare = "IO91";
-    ASSERT_TRUE(RichtungQRB(station, fields, "JN48XA"));
-    EXPECT_FALSE(fields.passOver);
-    EXPECT_TRUE(fields.outline.startsWith("-2.0,51.0,2000 0.0,51.0,2000 "));
-
-    // An invalid one leaves outline and coordinate text but still sets home.
-    const QString outline = fields.outline, coordText = station.coordText;
+    // An invalid locator leaves outline and coordinate text but still sets home.
     station.homeCoords.clear();
-    fields.passOver = true;
-    fields.passOverSquare = "ZZ99";
-    EXPECT_FALSE(RichtungQRB(station, fields, "JN48"));
-    EXPECT_EQ(fields.outline, outline);
-    EXPECT_EQ(station.coordText, coordText);
-    EXPECT_TRUE(fields.passOver);
+    for (const char* bad : { "JN4", "ZZ99" }) {
+        EXPECT_FALSE(RichtungQRB(station, fields, bad)) << bad;
+        EXPECT_TRUE(fields.outline.startsWith("8.0,48.0,2000 ")) << bad;
+        EXPECT_EQ(station.coordText, "8.58333333333333,48.2916666666667") << bad;
+    }
     EXPECT_FALSE(station.homeCoords.isEmpty());
-    fields.passOver = false;
-    EXPECT_FALSE(RichtungQRB(station, fields, "JN4"));
-    EXPECT_EQ(fields.outline, outline);
 }

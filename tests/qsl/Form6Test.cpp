@@ -5,7 +5,6 @@
 #include "core/StationConfig.h"
 #include "qsl/CardNames.h"
 #include "tests/qsl/QslTestSupport.h"
-#include "tests/support/TempDir.h"
 #include "ui/qsl/CardFace.h"
 
 #include <QLabel>
@@ -21,11 +20,11 @@
 
 namespace {
 
-class Form6Window : public ::testing::Test {
+class Form6Window : public QslLogTest {
 protected:
     void SetUp() override
     {
-        makeLog(db);
+        QslLogTest::SetUp();
         station.dbConnection = db;
         LoadStationConfig(station);
         setStationSettings(station.settings);
@@ -49,9 +48,6 @@ protected:
     }
     QString shown(const QString& name) { return form->card().text(name); }
 
-    TempDir tmp;
-    QString db = tmp.file(QStringLiteral("backup.db"));
-    QString pdf = tmp.file(QStringLiteral("cards.pdf"));
     RecordingPrompts prompts;
     Station station { prompts };
     std::unique_ptr<Form6> form;

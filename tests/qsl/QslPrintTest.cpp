@@ -14,11 +14,11 @@
 
 namespace {
 
-class QslPrinting : public ::testing::Test {
+class QslPrinting : public QslLogTest {
 protected:
     void SetUp() override
     {
-        makeLog(db);
+        QslLogTest::SetUp();
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(pdf);
         QslPrintJob::useCardPage(printer);
@@ -32,9 +32,6 @@ protected:
         return QslPrintRun::run(db, letter, design, printer, pictures);
     }
 
-    TempDir tmp;
-    QString db = tmp.file(QStringLiteral("backup.db"));
-    QString pdf = tmp.file(QStringLiteral("cards.pdf"));
     QPrinter printer { QPrinter::HighResolution };
     CardDesign design = CardDesign::standard();
     SignaturePictures pictures;

@@ -3,18 +3,8 @@
 // arrays' bound are shown by the print runs.
 #include "qsl/QslRunReader.h"
 #include "tests/qsl/QslTestSupport.h"
-#include "tests/support/TempDir.h"
 
-namespace {
-
-class QslRunReading : public ::testing::Test {
-protected:
-    void SetUp() override { makeLog(db); }
-    TempDir tmp;
-    QString db = tmp.file(QStringLiteral("backup.db"));
-};
-
-} // namespace
+class QslRunReading : public QslLogTest { };
 
 TEST_F(QslRunReading, EachSelectionLetterMovesToItsOwnNextLetter)
 {

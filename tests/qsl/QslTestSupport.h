@@ -6,6 +6,7 @@
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogDate.h"
 #include "logbook/db/SqlText.h"
+#include "tests/support/TempDir.h"
 
 #include <QImage>
 #include <QProcess>
@@ -27,12 +28,18 @@ struct LogContact {
     double qtf = 87.0;
 };
 
-inline QString makeLog(const QString& path)
-{
-    DbError e;
-    EXPECT_TRUE(DatabaseFile::create(path, &e)) << e.text().toStdString();
-    return path;
-}
+// A fresh log file "backup.db" and a PDF path "cards.pdf" in a temporary current folder.
+class QslLogTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        DbError e;
+        ASSERT_TRUE(DatabaseFile::create(db, &e)) << e.text().toStdString();
+    }
+    TempDir tmp;
+    QString db = tmp.file("backup.db");
+    QString pdf = tmp.file("cards.pdf");
+};
 
 // Adds the contacts in one transaction.
 inline void addContacts(const QString& path, const QList<LogContact>& contacts)
