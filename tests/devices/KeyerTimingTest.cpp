@@ -82,19 +82,6 @@ TEST(KeyerTiming, EveryEdgeOnItsTimeAndTheWholeTextWithinOnePercentAtEachSpeed)
     }
 }
 
-TEST(KeyerTiming, LoopStopEndsTheLoopAfterTheCurrentPass)
-{
-    Keying k;
-    // "e" at 50 ms is 300 ms a pass; ask for the stop in the middle of the second pass.
-    const auto end = k.send(50, "e", true, [&] {
-        std::this_thread::sleep_for(milliseconds(420));
-        k.keyer.requestLoopStop();
-    });
-    EXPECT_EQ(k.keyer.passes(), 2);
-    EXPECT_EQ(k.key->edges().size(), 4u);
-    EXPECT_NEAR(msSince(k.keyer.origin(), end), 600.0, 6.0);
-}
-
 TEST(KeyerTiming, LoopRepeatsWhileTheSwitchIsOnAndTakesTextEdits)
 {
     Keying k;
