@@ -43,7 +43,7 @@ QByteArray readUntil(const std::function<QByteArray()>& read, const QByteArray& 
 
 } // namespace
 
-TEST(SimProgram, PrintsWhereItsDevicesAreAndLeavesNothingBehindOnSigtermOrSigint)
+TEST(SimProgram, PrintsItsDevicesAndStateAndLeavesNothingBehindOnSigtermOrSigint)
 {
     for (int signal : { SIGTERM, SIGINT }) {
         SimProcess sim;
@@ -59,6 +59,13 @@ TEST(SimProgram, PrintsWhereItsDevicesAreAndLeavesNothingBehindOnSigtermOrSigint
         EXPECT_TRUE(sim.place("cluster").startsWith(QStringLiteral("127.0.0.1:")));
 
         const pid_t pid = pid_t(sim.process().processId());
+        ::kill(pid, SIGUSR1); // the state of each device, then "end"
+        QStringList lines;
+        for (QString line = sim.readLine(); !line.isEmpty() && line != QLatin1String("end");
+             line = sim.readLine())
+            lines << line.section(QLatin1Char(' '), 0, 0);
+        EXPECT_EQ(lines, (QStringList { "rig", "rig2", "rotator", "sensor", "gps", "cluster" }));
+
         ::kill(pid, signal);
         ASSERT_TRUE(sim.process().waitForFinished(5000));
         EXPECT_TRUE(sim.stop()) << "normal exit, code 0, after signal " << signal;
@@ -67,18 +74,6 @@ TEST(SimProgram, PrintsWhereItsDevicesAreAndLeavesNothingBehindOnSigtermOrSigint
         for (auto it = created.begin(); it != created.end(); ++it) // gone, or another program's new one
             EXPECT_NE(changeTime(sim.place(it.key())), it.value()) << it.key().toStdString();
     }
-}
-
-TEST(SimProgram, PrintsItsStateOnSigusr1)
-{
-    SimProcess sim;
-    ASSERT_TRUE(sim.ready());
-    ::kill(pid_t(sim.process().processId()), SIGUSR1);
-    QStringList lines;
-    for (QString line = sim.readLine(); !line.isEmpty() && line != QLatin1String("end");
-         line = sim.readLine())
-        lines << line.section(QLatin1Char(' '), 0, 0);
-    EXPECT_EQ(lines, (QStringList { "rig", "rig2", "rotator", "sensor", "gps", "cluster" }));
 }
 
 TEST(SimProgram, RefusesAWrongOption)
