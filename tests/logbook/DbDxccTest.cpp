@@ -2,7 +2,6 @@
 #include "DbTestSupport.h"
 #include "logbook/db/CtyParser.h"
 #include "logbook/db/SeedData.h"
-#include "tests/support/TempDir.h"
 
 namespace {
 
@@ -46,139 +45,56 @@ TEST(DbCty, MalformedRecordsAreSkippedAndNamed)
     EXPECT_TRUE(problems.contains(QStringLiteral("Broken"))) << problems.toStdString();
 }
 
-class DbDxcc : public ::testing::Test {
-protected:
-    static void SetUpTestSuite()
-    {
-        tmp = new TempDir;
-        path = tmp->file(QStringLiteral("backup.db"));
-        ASSERT_TRUE(DatabaseFile::create(path));
-    }
-    static void TearDownTestSuite()
-    {
-        delete tmp;
-        tmp = nullptr;
-    }
-
-    // The lookup as the logbook does it: the entity is column 2 of the first row found.
-    static QString lookup(const QString& call)
-    {
-        Recordset rs(path);
-        if (!rs.open(SqlText::dxccLookup(call)) || rs.atEnd())
-            return QString();
-        return rs.text(2);
-    }
-
-    static TempDir* tmp;
-    static QString path;
-};
-TempDir* DbDxcc::tmp = nullptr;
-QString DbDxcc::path;
-
-TEST_F(DbDxcc, RealCallsignsOfMoreThanFiftyEntities)
+// The lookup as the logbook does it: the entity is column 2 of the first row found.
+QString lookup(const TestDb& db, const QString& call)
 {
-    const QList<std::pair<const char*, const char*>> cases = {
-        { "DL1ABC", "Fed. Rep. of Germany" },
-        { "K1ABC", "United States of America" },
-        { "W6XYZ", "United States of America" },
-        { "N2ABC", "United States of America" },
-        { "KH6ABC", "Hawaii" },
-        { "KL7ABC", "Alaska" },
-        { "KP4AA", "Puerto Rico" },
-        { "VK2ABC", "Australia" },
-        { "VK9XY", "Christmas Island" },
-        { "VK9LA", "Lord Howe Island" },
-        { "VK9NA", "Norfolk Island" },
-        { "VK9CA", "Cocos (Keeling) Islands" },
-        { "EA4ABC", "Spain" },
-        { "EA8ABC", "Canary Islands" },
-        { "EA9ABC", "Ceuta & Melilla" },
-        { "EA6ABC", "Balearic Islands" },
-        { "G4ABC", "England" },
-        { "GM3ABC", "Scotland" },
-        { "GW4ABC", "Wales" },
-        { "GI4ABC", "Northern Ireland" },
-        { "GD4ABC", "Isle of Man" },
-        { "GJ4ABC", "Jersey" },
-        { "GU4ABC", "Guernsey" },
-        { "EI2ABC", "Ireland" },
-        { "F5ABC", "France" },
-        { "FR5ABC", "Reunion Island" },
-        { "ON4ABC", "Belgium" },
-        { "PA3ABC", "Netherlands" },
-        { "OK1ABC", "Czech Republic" },
-        { "OM3ABC", "Slovak Republic" },
-        { "SP5ABC", "Poland" },
-        { "HA5ABC", "Hungary" },
-        { "OE1ABC", "Austria" },
-        { "HB9ABC", "Switzerland" },
-        { "HB0ABC", "Liechtenstein" },
-        { "I2ABC", "Italy" },
-        { "IS0ABC", "Sardinia" },
-        { "SV1ABC", "Greece" },
-        { "SV9ABC", "Crete" },
-        { "LZ1ABC", "Bulgaria" },
-        { "YO3ABC", "Romania" },
-        { "YU1ABC", "Serbia" },
-        { "9A2ABC", "Croatia" },
-        { "S51ABC", "Slovenia" },
-        { "OH2ABC", "Finland" },
-        { "OH0ABC", "Aland Islands" },
-        { "OJ0ABC", "Market Reef" },
-        { "SM5ABC", "Sweden" },
-        { "LA9ABC", "Norway" },
-        { "JW5ABC", "Svalbard" },
-        { "OZ1ABC", "Denmark" },
-        { "OX3ABC", "Greenland" },
-        { "OY1ABC", "Faroe Islands" },
-        { "TF3ABC", "Iceland" },
-        { "UA3ABC", "European Russia" },
-        { "UA9ABC", "Asiatic Russia" },
-        { "UA2ABC", "Kaliningrad" },
-        { "UR5ABC", "Ukraine" },
-        { "LY2ABC", "Lithuania" },
-        { "YL2ABC", "Latvia" },
-        { "ES1ABC", "Estonia" },
-        { "JA1ABC", "Japan" },
-        { "BY1ABC", "China" },
-        { "VE3ABC", "Canada" },
-        { "XE1ABC", "Mexico" },
-        { "PY2ABC", "Brazil" },
-        { "LU1ABC", "Argentina" },
-        { "CE3ABC", "Chile" },
-        { "ZL2ABC", "New Zealand" },
-        { "ZS6ABC", "South Africa" },
-        { "4X1ABC", "Israel" },
-        { "VU2ABC", "India" },
-        { "dl1abc", "Fed. Rep. of Germany" },
-    };
-    for (const auto& [call, entity] : cases)
-        EXPECT_EQ(lookup(QString::fromLatin1(call)), QString::fromLatin1(entity)) << call;
+    Recordset rs(db.path());
+    if (!rs.open(SqlText::dxccLookup(call)) || rs.atEnd())
+        return QString();
+    return rs.text(2);
 }
 
-TEST_F(DbDxcc, ExactCallsOfTheCountryFileWinOverPrefixes)
+TEST(DbDxcc, RealCallsignsOfMoreThanFiftyEntitiesAndExactCalls)
 {
-    const QList<std::pair<const char*, const char*>> cases = {
-        { "AA0NN", "Alaska" },
-        { "AA2TT", "Hawaii" },
-        { "VK3FY/9", "Christmas Island" },
-        { "EA1DFP/9", "Ceuta & Melilla" },
-        { "AM70URE/8", "Canary Islands" },
-        { "KC4/W3ASA", "Antarctica" },
-        { "VP8DFK", "Antarctica" },
-        { "4U1UN", "United Nations HQ" },
-        { "4U1ITU", "ITU HQ" },
-        { "4U1VIC", "Vienna Intl Ctr" },
-    };
+    TestDb db;
+    ASSERT_TRUE(db.created);
+    const QList<std::pair<const char*, const char*>> cases = { { "DL1ABC", "Fed. Rep. of Germany" },
+        { "K1ABC", "United States of America" }, { "W6XYZ", "United States of America" },
+        { "N2ABC", "United States of America" }, { "KH6ABC", "Hawaii" }, { "KL7ABC", "Alaska" },
+        { "KP4AA", "Puerto Rico" }, { "VK2ABC", "Australia" }, { "VK9XY", "Christmas Island" },
+        { "VK9LA", "Lord Howe Island" }, { "VK9NA", "Norfolk Island" },
+        { "VK9CA", "Cocos (Keeling) Islands" }, { "EA4ABC", "Spain" }, { "EA8ABC", "Canary Islands" },
+        { "EA9ABC", "Ceuta & Melilla" }, { "EA6ABC", "Balearic Islands" }, { "G4ABC", "England" },
+        { "GM3ABC", "Scotland" }, { "GW4ABC", "Wales" }, { "GI4ABC", "Northern Ireland" },
+        { "GD4ABC", "Isle of Man" }, { "GJ4ABC", "Jersey" }, { "GU4ABC", "Guernsey" },
+        { "EI2ABC", "Ireland" }, { "F5ABC", "France" }, { "FR5ABC", "Reunion Island" },
+        { "ON4ABC", "Belgium" }, { "PA3ABC", "Netherlands" }, { "OK1ABC", "Czech Republic" },
+        { "OM3ABC", "Slovak Republic" }, { "SP5ABC", "Poland" }, { "HA5ABC", "Hungary" },
+        { "OE1ABC", "Austria" }, { "HB9ABC", "Switzerland" }, { "HB0ABC", "Liechtenstein" },
+        { "I2ABC", "Italy" }, { "IS0ABC", "Sardinia" }, { "SV1ABC", "Greece" }, { "SV9ABC", "Crete" },
+        { "LZ1ABC", "Bulgaria" }, { "YO3ABC", "Romania" }, { "YU1ABC", "Serbia" }, { "9A2ABC", "Croatia" },
+        { "S51ABC", "Slovenia" }, { "OH2ABC", "Finland" }, { "OH0ABC", "Aland Islands" },
+        { "OJ0ABC", "Market Reef" }, { "SM5ABC", "Sweden" }, { "LA9ABC", "Norway" }, { "JW5ABC", "Svalbard" },
+        { "OZ1ABC", "Denmark" }, { "OX3ABC", "Greenland" }, { "OY1ABC", "Faroe Islands" },
+        { "TF3ABC", "Iceland" }, { "UA3ABC", "European Russia" }, { "UA9ABC", "Asiatic Russia" },
+        { "UA2ABC", "Kaliningrad" }, { "UR5ABC", "Ukraine" }, { "LY2ABC", "Lithuania" },
+        { "YL2ABC", "Latvia" }, { "ES1ABC", "Estonia" }, { "JA1ABC", "Japan" }, { "BY1ABC", "China" },
+        { "VE3ABC", "Canada" }, { "XE1ABC", "Mexico" }, { "PY2ABC", "Brazil" }, { "LU1ABC", "Argentina" },
+        { "CE3ABC", "Chile" }, { "ZL2ABC", "New Zealand" }, { "ZS6ABC", "South Africa" },
+        { "4X1ABC", "Israel" }, { "VU2ABC", "India" }, { "dl1abc", "Fed. Rep. of Germany" },
+        // Exact calls of the country file win over prefixes and match only themselves.
+        { "AA0NN", "Alaska" }, { "AA2TT", "Hawaii" }, { "VK3FY/9", "Christmas Island" },
+        { "EA1DFP/9", "Ceuta & Melilla" }, { "AM70URE/8", "Canary Islands" }, { "KC4/W3ASA", "Antarctica" },
+        { "VP8DFK", "Antarctica" }, { "4U1UN", "United Nations HQ" }, { "4U1ITU", "ITU HQ" },
+        { "4U1VIC", "Vienna Intl Ctr" }, { "AA0NNX", "United States of America" }, { "Q1XYZ", "" } };
     for (const auto& [call, entity] : cases)
-        EXPECT_EQ(lookup(QString::fromLatin1(call)), QString::fromLatin1(entity)) << call;
-    EXPECT_EQ(lookup(QStringLiteral("AA0NNX")), QStringLiteral("United States of America"))
-        << "an exact call matches only itself";
-    EXPECT_EQ(lookup(QStringLiteral("Q1XYZ")), QString()) << "no row, no entity";
+        EXPECT_EQ(lookup(db, call), entity) << call;
 }
 
-TEST_F(DbDxcc, FirstRowFoundAgreesWithTheCountryFileRules)
+TEST(DbDxcc, FirstRowFoundAgreesWithTheCountryFileRules)
 {
+    TestDb db;
+    ASSERT_TRUE(db.created);
     const QList<CtyEntity> entities = CtyParser::parse(SeedData::ctyText());
     QStringList calls;
     int n = 0;
@@ -195,7 +111,7 @@ TEST_F(DbDxcc, FirstRowFoundAgreesWithTheCountryFileRules)
     ASSERT_GT(calls.size(), 500);
     const QStringList expected = CtyParser::entitiesFor(entities, calls);
     for (int i = 0; i < calls.size(); ++i)
-        EXPECT_EQ(lookup(calls[i]), expected[i]) << calls[i].toStdString();
+        EXPECT_EQ(lookup(db, calls[i]), expected[i]) << calls[i].toStdString();
 }
 
 } // namespace

@@ -1,48 +1,36 @@
 #pragma once
-// Helpers of the logbook database tests: a database file in a temporary folder, contacts
-// written through a recordset, and a look at the columns as SQLite stores them.
+// Helpers of the logbook tests: a new database file (schema, DXCC list, beacons) in a temporary
+// folder, rows put in and read back by column name, and a look at a table's declared columns.
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
-#include "logbook/db/LogDate.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
+#include "tests/support/TempDir.h"
 
+#include <QMap>
 #include <QSqlQuery>
 #include <QStringList>
+#include <QVariant>
 
 #include <gtest/gtest.h>
 
-struct TestContact {
-    QString date; // dd.MM.yyyy, as typed
-    QString call;
-    QString grid;
-    QString band;
-    QString qsl;
-    QString dxcc;
-};
+using Row = QMap<QString, QVariant>;
 
-inline void addContacts(const QString& path, const QList<TestContact>& contacts)
+// A logtab row of 15.11.2026 with the columns most tests need and any others given.
+inline Row contact(const QString& call, const QVariant& grid, const QString& band, const Row& more = {})
 {
-    Recordset rs(path);
-    ASSERT_TRUE(rs.open(SqlText::LogList)) << rs.errorText().toStdString();
-    for (const TestContact& c : contacts) {
-        ASSERT_TRUE(rs.addNew());
-        rs.setValue(QStringLiteral("Date"), LogDate::toStored(c.date));
-        rs.setValue(QStringLiteral("Callsign"), c.call);
-        rs.setValue(QStringLiteral("Grid"), c.grid);
-        rs.setValue(QStringLiteral("Band"), c.band);
-        rs.setValue(QStringLiteral("QSL"), c.qsl);
-        rs.setValue(QStringLiteral("DXCC"), c.dxcc);
-        ASSERT_TRUE(rs.update()) << rs.errorText().toStdString();
-    }
+    Row r { { "Callsign", call }, { "Grid", grid }, { "Band", band }, { "Date", "2026-11-15" } };
+    r.insert(more);
+    return r;
 }
 
-// Every value of one field, from the first row to the last.
-inline QStringList fieldColumn(Recordset& rs, const QString& name)
+// Every value of one field, from the recordset's first row to its last.
+inline QStringList fieldColumn(const Recordset& rs, const QString& name)
 {
     QStringList out;
-    for (bool ok = rs.first(); ok; ok = rs.next())
-        out << rs.text(name);
+    const int f = rs.fieldIndex(name);
+    for (int i = 0; i < rs.recordCount(); ++i)
+        out << rs.valueAt(i, f).toString();
     return out;
 }
 
@@ -67,3 +55,46 @@ inline bool execAll(const QString& path, const QStringList& statements, bool cre
     }
     return true;
 }
+
+class TestDb {
+public:
+    TestDb() { created = DatabaseFile::create(path()); }
+
+    QString path() const { return dir.file(QStringLiteral("backup.db")); }
+
+    // Inserts rows with the columns each names (a QVariant() is stored as NULL) in one transaction.
+    bool add(const QList<Row>& rows, const QString& table = QStringLiteral("logtab")) const
+    {
+        DbConnection c(path());
+        if (!c.begin())
+            return false;
+        for (const Row& r : rows) {
+            const QStringList marks(r.size(), QStringLiteral("?"));
+            const QString sql
+                = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                      .arg(table, r.keys().join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+            if (!c.exec(sql, r.values()))
+                return false;
+        }
+        return c.commit();
+    }
+
+    // Every row of logtab in entry order, with the columns asked for.
+    QList<Row> rows(const QStringList& columns) const
+    {
+        DbConnection c(path());
+        QSqlQuery q(c.database());
+        q.exec(QStringLiteral("SELECT %1 FROM logtab ORDER BY ID").arg(columns.join(QStringLiteral(", "))));
+        QList<Row> out;
+        while (q.next()) {
+            Row r;
+            for (int i = 0; i < columns.size(); ++i)
+                r.insert(columns[i], q.value(i));
+            out << r;
+        }
+        return out;
+    }
+
+    TempDir dir;
+    bool created = false;
+};
