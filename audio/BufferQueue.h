@@ -17,7 +17,6 @@ public:
     bool take(QByteArray& out);
     void clear();
 
-    int finished() const { return static_cast<int>(done_.size()); }
     int pendingBytes() const { return static_cast<int>(pending_.size()); }
     long long dropped() const { return dropped_; }
 

@@ -19,7 +19,6 @@ public:
 
     // Every kept line, the open (last, unfinished) line included.
     QStringList lines() const;
-    const QString& openLine() const { return open_; }
     int lineCount() const { return static_cast<int>(finished_.size()) + 1; }
     int maxLines() const { return maxLines_; }
     int maxLineLength() const { return maxLineLength_; }

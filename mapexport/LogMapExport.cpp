@@ -276,10 +276,3 @@ bool LogMapExport::step()
     }
     return false;
 }
-
-MapExportOutcome GoogleEarth(Station& station, LogMapFields& fields, MapViewer& viewer, QString& bandPattern,
-    const QString& searchText, const MapProgress& progress)
-{
-    LogMapExport exporter(station, fields, viewer);
-    return exporter.GoogleEarth(bandPattern, searchText, progress);
-}

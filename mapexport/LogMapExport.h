@@ -74,9 +74,3 @@ private:
     std::unique_ptr<Run> run_;
     bool cancelRequested_ = false;
 };
-
-// The GoogleEarth button in one call, for a window that needs no slices: the export above,
-// run to the end with `progress` (which may cancel it). `fields` are the window's map fields,
-// `viewer` its DesktopMapViewer.
-MapExportOutcome GoogleEarth(Station& station, LogMapFields& fields, MapViewer& viewer, QString& bandPattern,
-    const QString& searchText, const MapProgress& progress = {});
