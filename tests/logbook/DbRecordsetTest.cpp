@@ -60,21 +60,6 @@ TEST_F(DbRecordset, AppendedRowIsReadBackAndUpdatedThroughAnotherRecordset)
     EXPECT_EQ(rs.fieldIndex("nosuch"), -1);
 }
 
-TEST_F(DbRecordset, BandFilterAndSortGiveNewestContactsOfOneBandFirst)
-{
-    ASSERT_TRUE(db.add({ contact("G4ABC", "IO91", "144", { { "Date", LogDate::toStored("03.01.2026") } }),
-        contact("DL1ABC", "JO62", "144", { { "Date", LogDate::toStored("15.11.2025") } }),
-        contact("OK1XYZ", "JN79", "432", { { "Date", LogDate::toStored("20.02.2026") } }),
-        contact("SM5AAA", "JO89", "144", { { "Date", LogDate::toStored("28.12.2025") } }) }));
-    Recordset rs(db.path());
-    ASSERT_TRUE(rs.open(SqlText::LogList));
-    ASSERT_TRUE(rs.setSort(SqlText::LogListSort));
-    ASSERT_TRUE(rs.setFilter(SqlText::logListFilter("144%")));
-    EXPECT_EQ(fieldColumn(rs, "Callsign"), (QStringList { "G4ABC", "SM5AAA", "DL1ABC" }));
-    ASSERT_TRUE(rs.setFilter(QString()));
-    EXPECT_EQ(fieldColumn(rs, "date").first(), "2026-02-20");
-}
-
 TEST_F(DbRecordset, MovingSavesPendingChangesAndADeletedRowStaysCurrentUntilTheNextMove)
 {
     addCalls({ "A1A", "B2B", "C3C" });
@@ -100,20 +85,6 @@ TEST_F(DbRecordset, MovingSavesPendingChangesAndADeletedRowStaysCurrentUntilTheN
     Recordset again(db.path());
     ASSERT_TRUE(again.open(SqlText::LogList));
     EXPECT_EQ(again.text("QSL"), "S");
-}
-
-TEST(DbSqlSource, FilterAndSortApplyOverTheWholeQuery)
-{
-    const SqlSource source(SqlText::LogWithGrid);
-    EXPECT_EQ(source.plainStatement(QString(), QString()), SqlText::LogWithGrid);
-    EXPECT_EQ(source.plainStatement(SqlText::bandFilter("144%"), QString()),
-        "SELECT * FROM (select *  from logtab where grid <> ''order by grid) WHERE  band like '144%'");
-    EXPECT_EQ(SqlSource(SqlText::LogList).statement(QString(), SqlText::LogListSort),
-        "SELECT * FROM (SELECT logtab.rowid AS kestrel_rowid, * FROM logtab) ORDER BY date  desc , "
-        "kestrel_rowid DESC");
-    EXPECT_FALSE(SqlSource("select count(*) from logtab").updatable());
-    EXPECT_FALSE(SqlSource("select * from logtab, dxccdata").updatable());
-    EXPECT_TRUE(SqlSource(SqlText::BeaconList).updatable());
 }
 
 TEST(DbLogDate, StoredIsoAndShownDayMonthYear)

@@ -40,6 +40,14 @@ public:
             return e->text();
         return child<QLabel>(name)->text();
     }
+    // The texts of several boxes or labels, in the order named.
+    QStringList texts(std::initializer_list<const char*> names) const
+    {
+        QStringList out;
+        for (const char* name : names)
+            out << text(name);
+        return out;
+    }
     void click(const char* name) const { QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton); }
     QString focused() const
     {

@@ -23,37 +23,27 @@ Row logged(const QString& call, const QString& grid, const QString& band, const 
 
 } // namespace
 
-TEST(Form5Entry, NewContactWithoutBandAsksForOneAndClearsSevenFields)
+TEST(Form5Entry, NewContactWithoutBandAsksForOneWithThirtyMetresFillsTheDefaults)
 {
     Form5Fixture f(21);
     for (const char* name : { "DA", "GM", "Ca", "Gr", "Rss", "Rr", "Ba", "mo", "Na", "Co", "Qs", "Pr" })
         f.edit(name)->setText(QStringLiteral("x") + QLatin1String(name));
     f.click("addnew");
     EXPECT_EQ(f.db.prompts.shown, QStringList { "Please select Band" });
-    for (const char* cleared : { "GM", "DA", "Rss", "Rr", "mo", "Qs", "Pr" })
-        EXPECT_EQ(f.text(cleared), "") << cleared;
-    for (const char* kept : { "Ba", "Na", "Co" })
-        EXPECT_EQ(f.text(kept), QStringLiteral("x") + QLatin1String(kept)) << kept;
-    EXPECT_EQ(f.text("Ca"), "XCA"); // upper case as they are typed
-    EXPECT_EQ(f.text("Gr"), "XGR");
-}
+    EXPECT_EQ(f.texts({ "GM", "DA", "Rss", "Rr", "mo", "Qs", "Pr" }), QStringList(7, ""));
+    EXPECT_EQ(f.texts({ "Ba", "Na", "Co", "Ca", "Gr" }), (QStringList { "xBa", "xNa", "xCo", "XCA", "XGR" }))
+        << "Ca and Gr upper case as they are typed";
 
-TEST(Form5Entry, ThirtyMetreButtonGivesBandText1014)
-{
-    Form5Fixture f(21);
+    f.db.prompts.shown.clear();
     f.click("OptBand3");
     EXPECT_EQ(f.db.station.bandPattern, "10140");
     EXPECT_EQ(f.form->bandIndex(), 3);
     EXPECT_TRUE(f.text("Label1").endsWith(" mS"));
     f.click("addnew");
     EXPECT_TRUE(f.db.prompts.shown.isEmpty());
-    EXPECT_EQ(f.text("Ba"), "1014");
+    EXPECT_EQ(f.texts({ "Ba", "Rss", "Rr", "mo", "Qs", "Pr" }),
+        (QStringList { "1014", "59", "59", "SSB", "Y", "Tr" }));
     EXPECT_EQ(f.text("DA"), QDate::currentDate().toString("dd.MM.yyyy"));
-    EXPECT_EQ(f.text("Rss"), "59");
-    EXPECT_EQ(f.text("Rr"), "59");
-    EXPECT_EQ(f.text("mo"), "SSB");
-    EXPECT_EQ(f.text("Qs"), "Y");
-    EXPECT_EQ(f.text("Pr"), "Tr");
     EXPECT_EQ(f.focused(), "Ca");
 }
 
@@ -159,11 +149,10 @@ TEST(Form5Save, RowReadsBackAndTheLineIsCleared)
             + "km  QTF:" + ContactSummary::numberText(m.bearing) + " QSL: Y Prop:Tr tnx");
     EXPECT_EQ(r["GEgridXY"].toString(), CoordText(LocatorToDegrees("JO62QM")));
     EXPECT_FALSE(r["GEpoly"].toString().isEmpty()); // SQNr ran after the save
-    for (const char* name : { "DA", "GM", "Ca", "Gr", "Rss", "Rr", "Ba", "mo", "Na", "Qs", "Co", "Pr" })
-        EXPECT_EQ(f.text(name), "") << name;
-    EXPECT_EQ(f.text("cou"), "Fed. Rep. of Germany");
-    EXPECT_EQ(f.text("Sqw"), "1");
-    EXPECT_EQ(f.text("DataGrid1Caption"), "1");
+    EXPECT_EQ(f.texts({ "DA", "GM", "Ca", "Gr", "Rss", "Rr", "Ba", "mo", "Na", "Qs", "Co", "Pr" }),
+        QStringList(12, ""));
+    EXPECT_EQ(
+        f.texts({ "cou", "Sqw", "DataGrid1Caption" }), (QStringList { "Fed. Rep. of Germany", "1", "1" }));
 }
 
 TEST(Form5Save, FailureShowsTheMessageAndKeepsTheLine)
