@@ -1,25 +1,12 @@
 // The composition root: one Station, the main window with its ports on real serial lines, the
 // station's panels in its areas, and the secondary windows behind its menu.
 #include "core/Station.h"
-#include "devices/lines/OutputLines.h"
 #include "devices/link/QtSerialLink.h"
 #include "ui/MessageBoxPrompts.h"
-#include "ui/beacons/BeaconStation.h"
-#include "ui/cluster/ClusterWindow.h"
+#include "ui/StationAssembly.h"
 #include "ui/form1/Form1.h"
-#include "ui/form2/Form2.h"
-#include "ui/gps/Form4.h"
-#include "ui/logbook/Form5.h"
-#include "ui/qsl/Form6.h"
-#include "ui/rig/StationPanels.h"
-#include "devices/rig/RigController.h"
-#include "logbook/db/DatabaseFile.h"
-#include "ui/rig/RigPanel.h"
-#include "ui/spectrum/SpectrumPanel.h"
 
 #include <QApplication>
-#include <QFileDialog>
-#include <QMenuBar>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -70,48 +57,7 @@ int main(int argc, char** argv)
     closeOnSignals(form1);
 
     // Everything is wired before load(), so that it takes part in the start-up.
-    StationPanels panels(form1, OutputLines::fromSettings());
-    BeaconStation beacons(form1, panels);
-    auto* spectrum = new SpectrumPanel(station);
-    form1.placePanel(Form1::Area::Spectrum, spectrum);
-    QObject::connect(&form1, &Form1::activated, spectrum, [spectrum] { spectrum->start(); });
-    QObject::connect(&form1, &Form1::queryUnload, spectrum, &SpectrumPanel::stop);
-
-    form1.registerWindow(
-        QStringLiteral("mnuARLog"), [&](QWidget* parent) { return new Form5(station, parent); });
-    form1.registerWindow(
-        QStringLiteral("mnuGPS"), [&](QWidget* parent) { return new Form4(station, parent); });
-    form1.registerWindow(
-        QStringLiteral("mnuInitial"), [&](QWidget* parent) { return new Form2(station, form1, parent); });
-    form1.registerWindow(
-        QStringLiteral("mnuQSL"), [&](QWidget* parent) { return new Form6(station, parent); });
-    form1.registerWindow(QStringLiteral("mnuPacket"), [&](QWidget* parent) {
-        auto* cluster = new ClusterWindow(station, parent);
-        cluster->setOpenSettings([&form1] { form1.showWindow(QStringLiteral("mnuInitial")); });
-        // A picked spot tunes the rig through the same path as the main window's own tuning.
-        cluster->setTuneTo([&panels](const QString& tenHz) {
-            RigController& rig = panels.rig().controller();
-            rig.setCounter(tenHz.toLongLong());
-            rig.SendFreq(tenHz);
-        });
-        return cluster;
-    });
-
-    // A recording can stand in for the sound card, to look at it or to try the display.
-    QAction* recording = form1.menuBar()->addAction(QStringLiteral("&Recording..."));
-    recording->setObjectName(QStringLiteral("mnuRecording"));
-    QObject::connect(recording, &QAction::triggered, spectrum, [&form1, spectrum] {
-        const QString path = QFileDialog::getOpenFileName(
-            &form1, QStringLiteral("Open recording"), QString(), QStringLiteral("WAV files (*.wav)"));
-        if (!path.isEmpty())
-            spectrum->openWaveFile(path);
-    });
-
-    // Leave backup.db whole on its own, without its write-ahead journal beside it.
-    QObject::connect(&form1, &Form1::unloaded, &app, [&station] {
-        if (!station.dbConnection.isEmpty())
-            DatabaseFile::checkpoint(station.dbConnection);
-    });
+    StationAssembly assembly(form1, station);
 
     QObject::connect(&form1, &Form1::unloaded, &app, &QApplication::quit, Qt::QueuedConnection);
     form1.load();

@@ -1,0 +1,72 @@
+#include "ui/StationAssembly.h"
+
+#include "core/Station.h"
+#include "devices/lines/OutputLines.h"
+#include "devices/rig/RigController.h"
+#include "logbook/db/DatabaseFile.h"
+#include "ui/beacons/BeaconStation.h"
+#include "ui/cluster/ClusterWindow.h"
+#include "ui/form1/Form1.h"
+#include "ui/form2/Form2.h"
+#include "ui/gps/Form4.h"
+#include "ui/logbook/Form5.h"
+#include "ui/qsl/Form6.h"
+#include "ui/rig/RigPanel.h"
+#include "ui/rig/StationPanels.h"
+#include "ui/spectrum/SpectrumPanel.h"
+
+#include <QFileDialog>
+#include <QMenuBar>
+
+StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* viewer)
+    : panels_(new StationPanels(form1, OutputLines::fromSettings()))
+    , beacons_(new BeaconStation(form1, *panels_, viewer))
+    , spectrum_(new SpectrumPanel(station))
+{
+    SpectrumPanel* spectrum = spectrum_;
+    form1.placePanel(Form1::Area::Spectrum, spectrum);
+    QObject::connect(&form1, &Form1::activated, spectrum, [spectrum] { spectrum->start(); });
+    QObject::connect(&form1, &Form1::queryUnload, spectrum, &SpectrumPanel::stop);
+
+    // A recording can stand in for the sound card, to look at it or to try the display.
+    QAction* recording = form1.menuBar()->addAction(QStringLiteral("&Recording..."));
+    recording->setObjectName(QStringLiteral("mnuRecording"));
+    QObject::connect(recording, &QAction::triggered, spectrum, [&form1, spectrum] {
+        const QString path = QFileDialog::getOpenFileName(
+            &form1, QStringLiteral("Open recording"), QString(), QStringLiteral("WAV files (*.wav)"));
+        if (!path.isEmpty())
+            spectrum->openWaveFile(path);
+    });
+
+    // Leave backup.db whole on its own, without its write-ahead journal beside it.
+    QObject::connect(&form1, &Form1::unloaded, &form1, [&station] {
+        if (!station.dbConnection.isEmpty())
+            DatabaseFile::checkpoint(station.dbConnection);
+    });
+
+    registerWindows(form1, station);
+}
+
+void StationAssembly::registerWindows(Form1& form1, Station& station)
+{
+    form1.registerWindow(
+        QStringLiteral("mnuARLog"), [&station](QWidget* parent) { return new Form5(station, parent); });
+    form1.registerWindow(
+        QStringLiteral("mnuGPS"), [&station](QWidget* parent) { return new Form4(station, parent); });
+    form1.registerWindow(QStringLiteral("mnuInitial"),
+        [&station, &form1](QWidget* parent) { return new Form2(station, form1, parent); });
+    form1.registerWindow(
+        QStringLiteral("mnuQSL"), [&station](QWidget* parent) { return new Form6(station, parent); });
+    StationPanels* panels = panels_;
+    form1.registerWindow(QStringLiteral("mnuPacket"), [&station, &form1, panels](QWidget* parent) {
+        auto* cluster = new ClusterWindow(station, parent);
+        cluster->setOpenSettings([&form1] { form1.showWindow(QStringLiteral("mnuInitial")); });
+        // A picked spot tunes the rig through the same path as the main window's own tuning.
+        cluster->setTuneTo([panels](const QString& tenHz) {
+            RigController& rig = panels->rig().controller();
+            rig.setCounter(tenHz.toLongLong());
+            rig.SendFreq(tenHz);
+        });
+        return cluster;
+    });
+}
