@@ -44,15 +44,6 @@ TEST(Form5Jobs, CompletionWithoutBandTakesOnlyEmptyBandTexts)
     EXPECT_FALSE(rows[1]["GEdata"].isNull());
 }
 
-TEST(Form5Jobs, CompletionOnAMissingDatabaseSaysSo)
-{
-    Form5Fixture f(10);
-    f.db.station.dbConnection = f.db.dir.file("gone/backup.db");
-    f.click("gridDEC");
-    ASSERT_TRUE(f.waitIdle());
-    EXPECT_EQ(f.db.prompts.shown, QStringList { "No new Recorset available" });
-}
-
 TEST(Form5Jobs, GoogleEarthWritesTheBandAndStartsTheViewer)
 {
     Form5Fixture f(10, { imported("JO62QM", "144", "DL1ABC"), imported("JN48", "144", "DL3ABC") });
