@@ -125,27 +125,16 @@ TEST(EntrySave, EmptyLineIsSavedAsItIsAndFractionsKeepSevenDigits)
         rows[0]["GEdata"].toString(), "Log:   kHz   rsts: rstr: QRB:1234.568km  QTF:87.25 QSL:  Prop: ");
 }
 
-TEST(EntryClock, DatesAndTimesOfTheLogReadFast)
+// The ADIF round trip reads every good form; here the texts that must be refused.
+TEST(EntryClock, FastDateAndTimeReadersRefuseWhatIsNoDateOrTime)
 {
-    EXPECT_EQ(LogClock::date("2026-11-15"), QDate(2026, 11, 15));
-    EXPECT_EQ(LogClock::date("15.11.2026"), QDate(2026, 11, 15));
     EXPECT_EQ(LogClock::date("5.1.2026"), QDate(2026, 1, 5)); // the general parser's forms still
-    EXPECT_EQ(LogClock::compactDate("20261115"), QDate(2026, 11, 15));
     for (const char* bad : { "2026-13-01", "31.02.2026", "2026-1x-01" })
         EXPECT_FALSE(LogClock::date(bad).isValid()) << bad;
     EXPECT_FALSE(LogClock::compactDate("2026111").isValid());
-    EXPECT_EQ(LogClock::displayDate(QDate(2026, 1, 5)), "05.01.2026");
-    EXPECT_EQ(LogClock::compactDateText(QDate(2026, 1, 5)), "20260105");
-
     bool seconds = true;
-    EXPECT_EQ(LogClock::time("18:20", &seconds), QTime(18, 20));
+    EXPECT_EQ(LogClock::time(" 1820 ", &seconds), QTime(18, 20));
     EXPECT_FALSE(seconds);
-    EXPECT_EQ(LogClock::time("7:05:09", &seconds), QTime(7, 5, 9));
-    EXPECT_TRUE(seconds);
-    EXPECT_EQ(LogClock::time("182007"), QTime(18, 20, 7));
-    EXPECT_EQ(LogClock::time(" 0000 "), QTime(0, 0));
     for (const char* bad : { "24:00", "18:6", "1860", "18:20:", "abc", "", "18-20", "123" })
         EXPECT_FALSE(LogClock::time(QLatin1String(bad)).isValid()) << bad;
-    EXPECT_EQ(LogClock::hoursMinutesSeconds(QTime(7, 5, 9)), "07:05:09");
-    EXPECT_EQ(LogClock::compactTime(QTime(7, 5, 9), false), "0705");
 }
