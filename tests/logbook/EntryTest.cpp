@@ -1,36 +1,12 @@
-// The entry line's rules without a window: band table, key table, new-contact defaults, mode
-// preset, locator check, the GEdata summary and the save into a real database file.
+// The entry line's rules without a window: band table, key table, new-contact clock, mode
+// preset and locator edge cases, the GEdata summary and the save of an empty line.
 #include "EntryTestDb.h"
-#include "logbook/db/SqlText.h"
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
 #include "logbook/entry/EntryKeys.h"
 #include "logbook/entry/EntryRules.h"
 #include "logbook/entry/LogClock.h"
-
-namespace {
-
-EntryLine filledLine()
-{
-    EntryLine l;
-    l.DA = "15.11.2026";
-    l.GM = "18:20:00";
-    l.Ca = "DL1ABC";
-    l.Gr = "JO62QM";
-    l.Rss = "59";
-    l.Rr = "57";
-    l.Ba = "14200";
-    l.mo = "SSB";
-    l.Na = "Hans";
-    l.Co = "tnx";
-    l.Qs = "Y";
-    l.Pr = "Tr";
-    l.cou = "Fed. Rep. of Germany";
-    return l;
-}
-
-} // namespace
 
 TEST(EntryBands, TableOfTheTwentyTwoButtons)
 {
@@ -64,7 +40,7 @@ TEST(EntryKeysTable, ArrowsOnlyWhereTheTableSays)
 
 TEST(EntryNewContact, DateAndTimeFromTheLocalClock)
 {
-    EntryLine l = filledLine();
+    EntryLine l;
     ASSERT_TRUE(EntryRules::NewContact(l, "144%", QDateTime(QDate(2026, 11, 5), QTime(8, 20, 7))));
     EXPECT_EQ(l.DA, "05.11.2026");
     EXPECT_EQ(l.GM, "08:20:07");
@@ -104,7 +80,7 @@ TEST(EntrySummary, ReadsExactlyAsTheMapShowsIt)
 TEST(EntrySave, FieldsInTheWindowsOrder)
 {
     QStringList columns;
-    for (const SavedField& f : ContactSave::fields(filledLine(), {}))
+    for (const SavedField& f : ContactSave::fields(EntryLine(), {}))
         columns << f.column;
     EXPECT_EQ(columns,
         (QStringList { "Date", "GMT", "Callsign", "Grid", "rsts", "rstr", "Band", "mode", "Nam", "Comment",
