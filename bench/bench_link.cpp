@@ -1,36 +1,16 @@
 // The serial link through a pseudo-terminal: a rotator-style query and answer ("AI1;" out,
 // "045;" back) through QtSerialLink, against the same exchange on the raw file descriptors.
 #include "devices/link/QtSerialLink.h"
+#include "sim/pty/PtyPair.h"
 
 #include <QCoreApplication>
 #include <benchmark/benchmark.h>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <pty.h>
-#include <termios.h>
 #include <unistd.h>
 
 namespace {
-
-struct Pty {
-    int master = -1;
-    int slave = -1;
-    QString path;
-    Pty()
-    {
-        char name[256] = {};
-        termios tio {};
-        cfmakeraw(&tio);
-        openpty(&master, &slave, name, &tio, nullptr);
-        path = QString::fromLocal8Bit(name);
-    }
-    ~Pty()
-    {
-        close(slave);
-        close(master);
-    }
-};
 
 void readExactly(int fd, char* buf, int n)
 {
@@ -46,13 +26,13 @@ void readExactly(int fd, char* buf, int n)
 // Reference: the same exchange with plain read and write on the two ends.
 void BM_RawPtyRoundTrip(benchmark::State& state)
 {
-    Pty pty;
+    PtyPair pty;
     char buf[8];
     for (auto _ : state) {
-        write(pty.slave, "AI1;", 4);
-        readExactly(pty.master, buf, 4);
-        write(pty.master, "045;", 4);
-        readExactly(pty.slave, buf, 4);
+        write(pty.slaveFd(), "AI1;", 4);
+        readExactly(pty.masterFd(), buf, 4);
+        write(pty.masterFd(), "045;", 4);
+        readExactly(pty.slaveFd(), buf, 4);
     }
     state.SetItemsProcessed(state.iterations());
 }
@@ -60,9 +40,9 @@ BENCHMARK(BM_RawPtyRoundTrip)->Unit(benchmark::kMicrosecond);
 
 void BM_QtSerialLinkRoundTrip(benchmark::State& state)
 {
-    Pty pty;
+    PtyPair pty;
     QtSerialLink link;
-    if (!link.open(pty.path, QStringLiteral("4800,n,8,1"))) {
+    if (!link.open(pty.slavePath(), QStringLiteral("4800,n,8,1"))) {
         state.SkipWithError(qPrintable(link.errorText()));
         return;
     }
@@ -71,8 +51,8 @@ void BM_QtSerialLinkRoundTrip(benchmark::State& state)
         link.write("AI1;");
         while (link.bytesToWrite() > 0) // the port writes from the event loop
             QCoreApplication::processEvents();
-        readExactly(pty.master, buf, 4);
-        write(pty.master, "045;", 4);
+        readExactly(pty.masterFd(), buf, 4);
+        write(pty.masterFd(), "045;", 4);
         QByteArray reply;
         while (reply.size() < 4) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -86,17 +66,17 @@ BENCHMARK(BM_QtSerialLinkRoundTrip)->Unit(benchmark::kMicrosecond);
 // A long NMEA-sized stream from the device end into the link.
 void BM_QtSerialLinkReceiveThroughput(benchmark::State& state)
 {
-    Pty pty;
-    fcntl(pty.master, F_SETFL, fcntl(pty.master, F_GETFL) | O_NONBLOCK);
+    PtyPair pty;
+    fcntl(pty.masterFd(), F_SETFL, fcntl(pty.masterFd(), F_GETFL) | O_NONBLOCK);
     QtSerialLink link;
-    link.open(pty.path, QStringLiteral("9600,n,8,1"));
+    link.open(pty.slavePath(), QStringLiteral("9600,n,8,1"));
     const QByteArray chunk(1024, 'N');
     for (auto _ : state) {
         qint64 got = 0;
         qint64 sent = 0;
         while (got < 64 * 1024) {
             if (sent < 64 * 1024) {
-                const ssize_t w = write(pty.master, chunk.constData(), size_t(chunk.size()));
+                const ssize_t w = write(pty.masterFd(), chunk.constData(), size_t(chunk.size()));
                 if (w > 0)
                     sent += w;
             }

@@ -6,6 +6,7 @@
 #include "core/Station.h"
 #include "core/StationConfig.h"
 #include "devices/link/QtSerialLink.h"
+#include "sim/pty/PtyPair.h"
 #include "tests/support/TempDir.h"
 #include "ui/form1/Form1.h"
 
@@ -15,44 +16,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fcntl.h>
-#include <pty.h>
-#include <termios.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
-
-struct Pty {
-    int master = -1;
-    int slave = -1;
-    QString path;
-    Pty()
-    {
-        char name[256] = {};
-        termios tio {};
-        cfmakeraw(&tio);
-        if (openpty(&master, &slave, name, &tio, nullptr) == 0) {
-            path = QString::fromLocal8Bit(name);
-            ::fcntl(master, F_SETFL, ::fcntl(master, F_GETFL) | O_NONBLOCK);
-        }
-    }
-    ~Pty()
-    {
-        ::close(slave);
-        ::close(master);
-    }
-    void drain() const
-    {
-        char buf[512];
-        while (::read(master, buf, sizeof buf) > 0) { }
-    }
-    void send(const QByteArray& bytes) const
-    {
-        if (::write(master, bytes.constData(), size_t(bytes.size())) != bytes.size())
-            std::fprintf(stderr, "bench_tick: short write to %s\n", qPrintable(path));
-    }
-};
 
 QByteArray sensorFrame(int i)
 {
@@ -89,8 +56,8 @@ int main(int argc, char** argv)
     qputenv("QT_LOGGING_RULES", "kestrel.*.info=false;kestrel.*.debug=false");
     QApplication app(argc, argv);
     TempDir dir;
-    Pty rotator, sensor;
-    if (rotator.path.isEmpty() || sensor.path.isEmpty()) {
+    PtyPair rotator, sensor;
+    if (!rotator.isOpen() || !sensor.isOpen()) {
         std::fprintf(stderr, "bench_tick: no pseudo-terminal\n");
         return 1;
     }
@@ -100,9 +67,9 @@ int main(int argc, char** argv)
         LoadStationConfig(writer);
         writer.settings.setInt16(Setting::Com1Used, 0);
         writer.settings.setInt16(Setting::Com2Used, 0);
-        writer.settings.setText(Setting::Com4Port, rotator.path);
+        writer.settings.setText(Setting::Com4Port, rotator.slavePath());
         SaveStationConfig(writer);
-        ExtensionSettings::setValue(ExtensionKey::SensorPort, sensor.path);
+        ExtensionSettings::setValue(ExtensionKey::SensorPort, sensor.slavePath());
     }
     RecordingPrompts prompts;
     Station station(prompts);
@@ -124,10 +91,10 @@ int main(int argc, char** argv)
 
     for (int i = 0; i < Rounds; ++i) {
         // the devices answer the previous tick's queries; Qt moves the bytes in before we time
-        rotator.drain();
-        sensor.drain();
-        rotator.send(QByteArray::number(100 + i % 260).rightJustified(3, '0') + ';');
-        sensor.send(sensorFrame(i));
+        rotator.readAvailable();
+        sensor.readAvailable();
+        rotator.write(QByteArray::number(100 + i % 260).rightJustified(3, '0') + ';');
+        sensor.write(sensorFrame(i));
         QElapsedTimer wait;
         wait.start();
         while (wait.elapsed() < 3)

@@ -7,15 +7,14 @@
 #include "devices/link/QtSerialLink.h"
 #include "devices/link/StationPorts.h"
 #include "devices/rig/RigController.h"
+#include "sim/pty/PtyPair.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
 
 #include <cstdio>
-#include <pty.h>
 #include <sys/ioctl.h>
-#include <termios.h>
 #include <unistd.h>
 
 namespace {
@@ -23,37 +22,20 @@ namespace {
 constexpr int HoldMs = 2000;
 constexpr double LineBytesPerSecond = 960.0; // 9600 baud, 8N1
 
-struct Pty {
-    int master = -1;
-    int slave = -1;
-    QString path;
-    Pty()
-    {
-        char name[256] = {};
-        termios tio {};
-        cfmakeraw(&tio);
-        openpty(&master, &slave, name, &tio, nullptr);
-        path = QString::fromLocal8Bit(name);
-    }
-    ~Pty()
-    {
-        ::close(slave);
-        ::close(master);
-    }
-    int unread() const
-    {
-        int n = 0;
-        ::ioctl(master, FIONREAD, &n);
-        return n;
-    }
-};
+// Bytes the far end has not read yet.
+int unread(const PtyPair& pty)
+{
+    int n = 0;
+    ::ioctl(pty.masterFd(), FIONREAD, &n);
+    return n;
+}
 
 // The rig's end of a line: takes bytes no faster than the line carries them.
 struct LineReader {
-    Pty& pty;
+    PtyPair& pty;
     QElapsedTimer clock;
     double taken = 0;
-    explicit LineReader(Pty& p)
+    explicit LineReader(PtyPair& p)
         : pty(p)
     {
         clock.start();
@@ -61,10 +43,10 @@ struct LineReader {
     void poll()
     {
         const double allowed = clock.nsecsElapsed() / 1e9 * LineBytesPerSecond - taken;
-        int n = std::min(static_cast<int>(allowed), pty.unread());
+        int n = std::min(static_cast<int>(allowed), unread(pty));
         char buf[4096];
         while (n > 0) {
-            const ssize_t r = ::read(pty.master, buf, std::min<size_t>(sizeof buf, size_t(n)));
+            const ssize_t r = ::read(pty.masterFd(), buf, std::min<size_t>(sizeof buf, size_t(n)));
             if (r <= 0)
                 break;
             taken += r;
@@ -81,21 +63,21 @@ struct Result {
 struct Bench {
     RecordingPrompts prompts;
     Station station { prompts };
-    Pty pty1, pty2;
+    PtyPair pty1, pty2;
     StationPorts ports { makeQtSerialLink };
     Bench()
     {
-        station.settings.setText(Setting::Com1Port, pty1.path);
-        station.settings.setText(Setting::Com2Port, pty2.path);
+        station.settings.setText(Setting::Com1Port, pty1.slavePath());
+        station.settings.setText(Setting::Com2Port, pty2.slavePath());
         station.settings.setText(Setting::Com1Settings, QStringLiteral("9600,n,8,1"));
         station.settings.setText(Setting::Com2Settings, QStringLiteral("9600,n,8,1"));
         station.rigPortName = QStringLiteral("Com1");
-        ports.com(1).open(pty1.path, QStringLiteral("9600,n,8,1"));
-        ports.com(2).open(pty2.path, QStringLiteral("9600,n,8,1"));
+        ports.com(1).open(pty1.slavePath(), QStringLiteral("9600,n,8,1"));
+        ports.com(2).open(pty2.slavePath(), QStringLiteral("9600,n,8,1"));
     }
     qint64 waiting()
     {
-        return ports.com(1).bytesToWrite() + ports.com(2).bytesToWrite() + pty1.unread() + pty2.unread();
+        return ports.com(1).bytesToWrite() + ports.com(2).bytesToWrite() + unread(pty1) + unread(pty2);
     }
 
     // Runs `start`, samples every millisecond while the line readers drain, until `done`.

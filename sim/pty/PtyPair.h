@@ -17,6 +17,8 @@ public:
     QString errorText() const { return error_; }
     // The device's end (non-blocking); -1 once closed.
     int masterFd() const { return master_; }
+    // The slave side held open by the pair itself (for raw reference measurements).
+    int slaveFd() const { return slave_; }
     // The path a serial port opens, e.g. "/dev/pts/5".
     QString slavePath() const { return slavePath_; }
 
