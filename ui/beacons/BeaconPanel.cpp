@@ -196,15 +196,12 @@ void BeaconPanel::chooseRow(int row)
         return; // deleted meanwhile
     emit beaconChosen(name, found.locator, found.qrg);
 
-    // The window's locator box takes the focus; browsing the grid by keys goes on.
-    const bool gridHadFocus = grid_->hasFocus();
+    // The window's locator box takes the focus, as after any bearing.
     const std::optional<int> degrees = aimAt(found.locator);
     if (const std::optional<BeaconTuning> tuning = BeaconTuningFor(found.qrg); tuning && hooks_.followBand)
         hooks_.followBand(*tuning);
     if (degrees && hooks_.turnTo)
         hooks_.turnTo(*degrees);
-    if (gridHadFocus)
-        grid_->setFocus();
 }
 
 bool BeaconPanel::deleteRow(int row)
@@ -273,11 +270,12 @@ void BeaconPanel::checkTxtLocB()
     locCheckPending_ = false;
     station_.locatorInvalid = true;
     const QString text = txtLocB_->text();
-    if (text.isEmpty())
-        return; // the flag stays set, but an empty box does not hold the operator
-    const QString upper = text.toUpper();
-    txtLocB_->setText(upper);
-    CheckLocator(station_, upper);
+    if (!text.isEmpty()) {
+        const QString upper = text.toUpper();
+        txtLocB_->setText(upper);
+        CheckLocator(station_, upper);
+    }
+    // deliberate: an empty box keeps the flag set and so keeps the focus too.
     if (station_.locatorInvalid)
         txtLocB_->setFocus();
     else
