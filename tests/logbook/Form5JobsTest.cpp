@@ -39,6 +39,12 @@ TEST(Form5Jobs, CompletionWithoutBandTakesOnlyEmptyBandTexts)
     f.click("gridDEC");
     ASSERT_TRUE(f.waitIdle());
     EXPECT_EQ(f.db.prompts.shown, QStringList { "1 Dataset from Tarnwick backup.mdB imported" });
+    f.click("OptBand11"); // 432: no records, so nothing passes through Gr
+    f.edit("Gr")->setText("JO31");
+    f.click("gridDEC");
+    ASSERT_TRUE(f.waitIdle());
+    EXPECT_EQ(f.db.prompts.shown.last(), "0 Dataset from Tarnwick backup.mdB imported");
+    EXPECT_EQ(f.text("Gr"), "JO31");
     const QList<Row> rows = f.db.rows({ "GEdata" });
     EXPECT_TRUE(rows[0]["GEdata"].isNull());
     EXPECT_FALSE(rows[1]["GEdata"].isNull());

@@ -174,6 +174,12 @@ TEST(Form5Dxcc, UnknownPrefixLeavesTheCaptionSilently)
     f.key(Qt::Key_Return);
     EXPECT_EQ(f.text("cou"), "Fed. Rep. of Germany");
     EXPECT_EQ(f.focused(), "Gr");
+    f.type("Ca", "0ABC");
+    f.edit("Na")->setFocus(); // leaving by a click: no match, so the focus stays where it went
+    EXPECT_EQ(f.focused(), "Na");
+    f.type("Ca", "DL1ABC");
+    f.edit("Na")->setFocus();
+    EXPECT_EQ(f.focused(), "Gr");
     EXPECT_TRUE(f.db.prompts.shown.isEmpty());
 }
 

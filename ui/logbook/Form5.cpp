@@ -305,8 +305,9 @@ void Form5::dxccLookup()
     const DxccLookupResult r = DxccLookup::lookup(station_.dbConnection, ui_.Ca->text());
     if (r.found)
         ui_.cou->setText(r.entity);
-    // no match or a failed lookup: the caption stays, without a message
-    ui_.Gr->setFocus();
+    // No match or a failed lookup ends here: the caption and the focus stay, without a message.
+    if (r.found && !r.error.isError())
+        ui_.Gr->setFocus();
 }
 
 void Form5::locatorCheck()

@@ -153,7 +153,8 @@ void Form5::gridDEC_Click()
         station_.coordText = p.coordText;
         fields_.distanceKm = p.distanceKm;
         fields_.bearing = p.bearing;
-        ui_.Gr->clear();
+        if (run->completion->completed() > 0)
+            ui_.Gr->clear(); // each completed record went through Gr; none: Gr keeps what was typed
         showCounts();
         const bool countFailed = run->count && run->count->state() == LogCount::State::Failed;
         if (run->completion->state() == MapDataCompletion::State::Failed)
