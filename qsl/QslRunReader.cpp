@@ -16,8 +16,8 @@ QslContact contactOf(const Recordset& rs)
     c.band = QslText::formatBand(rs.text(QStringLiteral("Band")));
     c.mode = rs.text(QStringLiteral("mode"));
     c.rsts = rs.text(QStringLiteral("rsts"));
-    c.qrb = QslText::formatWhole(rs.value(QStringLiteral("qrb")));
-    c.qtf = QslText::formatWhole(rs.value(QStringLiteral("qtf")));
+    c.qrb = QslText::formatNumber(rs.value(QStringLiteral("qrb")));
+    c.qtf = QslText::formatNumber(rs.value(QStringLiteral("qtf")));
     c.manager = rs.text(QStringLiteral("QSLman"));
     return c;
 }

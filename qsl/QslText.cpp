@@ -1,6 +1,7 @@
 #include "qsl/QslText.h"
 
 #include "logbook/db/LogDate.h"
+#include "logbook/entry/ContactSummary.h"
 
 #include <QLocale>
 #include <QTime>
@@ -68,7 +69,7 @@ QString formatTime(const QString& time)
     return time;
 }
 
-QString formatWhole(const QVariant& value)
+QString formatNumber(const QVariant& value)
 {
     if (!value.isValid() || value.isNull() || value.toString().trimmed().isEmpty())
         return QString();
@@ -76,7 +77,7 @@ QString formatWhole(const QVariant& value)
     const double v = value.toDouble(&ok);
     if (!ok || !std::isfinite(v))
         return value.toString();
-    return QString::number(std::llround(v));
+    return ContactSummary::numberText(static_cast<float>(v));
 }
 
 QString ownLocatorLine(const QString& locator)

@@ -41,8 +41,9 @@ QString formatBand(const QString& band);
 QString formatDate(const QString& date);
 // "  HH:mm " of a time text ("18:20:05", "18:20", "1820"); anything else unchanged.
 QString formatTime(const QString& time);
-// Distance or bearing as a whole number ("512.4" -> "512"); empty for no value.
-QString formatWhole(const QVariant& value);
+// Distance or bearing as stored, in the default text form of a single-precision number
+// ("512.4", "87"); the card prints them unformatted. Empty for no value.
+QString formatNumber(const QVariant& value);
 
 // The own locator line of the card: "Loc: " + locator. A locator of 8 or 10 characters keeps
 // its square (first 6) in capitals and writes the extension with its letters in lower case

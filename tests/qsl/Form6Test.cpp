@@ -110,7 +110,7 @@ TEST_F(Form6Window, Command4PrintsThanksCardsInCallsignOrderMarksQAndClearsTheBo
     EXPECT_FALSE(text.contains("G4ABC"));
     // Date, time and band in their card forms; the own lines from the settings.
     for (const char* part : { "15.11.2026", "18:20", "07:05", "14,200", "10,368", "DL7KES", "Loc: JO62QM48ab",
-             "DOK: X01", "Rig: IC-9700", "OP: Erika Muster", "email: op@example.org", "512", "87" })
+             "DOK: X01", "Rig: IC-9700", "OP: Erika Muster", "email: op@example.org", "512.4", "87" })
         EXPECT_TRUE(text.contains(QString::fromUtf8(part))) << part;
     EXPECT_FALSE(text.contains("18:20:05"));
     EXPECT_EQ(qslLetters(db), "Q Q Y Q"); // DF9ZZ DL1ABC G4ABC OK1XYZ

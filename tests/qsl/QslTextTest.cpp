@@ -31,7 +31,7 @@ TEST(QslText, CardFormsKeepTheirBlanks)
 {
     using Format = std::function<QString(const QString&)>;
     const Format band = QslText::formatBand, date = QslText::formatDate, time = QslText::formatTime;
-    const Format whole = [](const QString& t) { return QslText::formatWhole(QVariant(t)); };
+    const Format number = [](const QString& t) { return QslText::formatNumber(QVariant(t)); };
     const struct {
         Format format;
         const char* in;
@@ -43,14 +43,15 @@ TEST(QslText, CardFormsKeepTheirBlanks)
         { band, "", "" }, { band, "2m", "2m" }, { date, "2026-11-15", " 15.11.2026" },
         { date, "5.1.2024", " 05.01.2024" }, { date, "yesterday", "yesterday" }, { date, "", "" },
         { time, "18:20:05", "  18:20 " }, { time, "7:05", "  07:05 " }, { time, "0930", "  09:30 " },
-        { time, "25:70", "25:70" }, { time, "", "" }, { whole, "1234.9", "1235" }, { whole, "87.5", "88" },
-        { whole, "", "" }, { whole, "far", "far" }, { QslText::ownLocatorLine, "jo62qm", "Loc: JO62QM" },
+        { time, "25:70", "25:70" }, { time, "", "" }, { number, "1234.9", "1234.9" }, { number, "87", "87" },
+        { number, "", "" }, { number, "far", "far" }, { QslText::ownLocatorLine, "jo62qm", "Loc: JO62QM" },
         { QslText::ownLocatorLine, "JO62", "Loc: JO62" },
         { QslText::ownLocatorLine, "jo62qm48", "Loc: JO62QM48" },
         { QslText::ownLocatorLine, " JO62QM48AB ", "Loc: JO62QM48ab" }, { QslText::ownLocatorLine, "", "" },
         { QslText::managerLine, "dl0mgr", "via DL0MGR" }, { QslText::managerLine, "  ", "" } };
     for (const auto& c : cases)
         EXPECT_EQ(c.format(QString::fromLatin1(c.in)).toStdString(), c.out) << c.in;
-    EXPECT_EQ(QslText::formatWhole(QVariant(512.4)).toStdString(), "512");
-    EXPECT_EQ(QslText::formatWhole(QVariant()).toStdString(), "");
+    // Distance and bearing are printed as stored, not rounded.
+    EXPECT_EQ(QslText::formatNumber(QVariant(512.4)).toStdString(), "512.4");
+    EXPECT_EQ(QslText::formatNumber(QVariant()).toStdString(), "");
 }
