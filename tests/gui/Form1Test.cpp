@@ -4,6 +4,7 @@
 #include "geo/Bearing.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -18,6 +19,23 @@ QString lampState(Form1Fixture& f, const char* name)
 {
     return f.child<QLabel>(name)->property("state").toString();
 }
+
+// A secondary window that, like the logbook, writes its own copy of the callsign back and
+// saves when it closes.
+struct StaleCopyWindow : QWidget {
+    Station& station;
+    StaleCopyWindow(Station& s, QWidget* parent)
+        : QWidget(parent)
+        , station(s)
+    {
+    }
+    void closeEvent(QCloseEvent* event) override
+    {
+        station.settings.setText(Setting::MyCall, QStringLiteral("OLDCALL"));
+        SaveStationConfig(station);
+        QWidget::closeEvent(event);
+    }
+};
 
 } // namespace
 
@@ -160,6 +178,29 @@ TEST(Form1, ClosingSavesTheSettingsAlthoughNothingChanged)
     for (int n = 1; n <= 4; ++n)
         EXPECT_FALSE(f.form->isPortOpen(n)) << n;
     EXPECT_FALSE(f.form->timer().isActive());
+}
+
+TEST(Form1, StartSetsHomeCoordinatesAndExitWinsOverOtherWindowsWriteBacks)
+{
+    Form1Fixture f;
+    f.writeConfig([](SettingsTable& t) { t.setText(Setting::LogbookText, QStringLiteral("144%")); });
+    f.form = std::make_unique<Form1>(f.station, makeQtSerialLink);
+    f.form->registerWindow(
+        QStringLiteral("mnuARLog"), [&](QWidget* parent) { return new StaleCopyWindow(f.station, parent); });
+    f.form->load();
+    f.form->timer().stop();
+    // JN48TH: 9 7/12 east, 48 7/24 north
+    EXPECT_TRUE(f.station.homeCoords.startsWith(QStringLiteral("9.58333")))
+        << f.station.homeCoords.toStdString();
+    EXPECT_EQ(f.station.bandPattern, QStringLiteral("144%"));
+
+    f.station.myCall = QStringLiteral("DL0NEW"); // as the settings dialog leaves it
+    f.station.bandPattern = QStringLiteral("432%");
+    f.form->close();
+    const QList<QByteArray> lines = f.configLines();
+    ASSERT_EQ(lines.size(), 47);
+    EXPECT_EQ(lines[5], QByteArray("\"DL0NEW\""));
+    EXPECT_EQ(lines[32], QByteArray("\"432%\""));
 }
 
 TEST(Form1, LocatorBoxShowsBearingAndDistance)

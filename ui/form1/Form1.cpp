@@ -7,6 +7,8 @@
 #include "core/StationConfig.h"
 #include "core/Weather.h"
 #include "geo/Bearing.h"
+#include "mapexport/LogMapFields.h"
+#include "mapexport/RichtungQrb.h"
 #include "ui/form1/Compass.h"
 
 #include <QAction>
@@ -92,10 +94,15 @@ void Form1::load()
     station_.lineBeacons = table.intAt(Setting::LineBeacons) != 0;
     station_.lineStations = table.intAt(Setting::LineStations) != 0;
     station_.transparency = table.textAt(Setting::Transparency);
+    station_.bandPattern = table.textAt(Setting::LogbookText);
 
     // the logbook window's object sets the database connection: before any database access
     if (windows_.hasFactory(kLogbook))
         windows_.ensure(kLogbook);
+    // its locator procedure, run once with an empty contact box, sets the home coordinates
+    // that the beacon map needs before the logbook is ever used
+    LogMapFields startFields;
+    RichtungQRB(station_, startFields, QString());
 
     fetchWeather();
 
@@ -344,14 +351,17 @@ void Form1::unload()
 {
     unloaded_ = true;
     timer_.stop();
+    // The other windows go first: what they write back on closing (the logbook's callsign
+    // and locator from its opening) must not overwrite the main window's newer values.
+    windows_.closeAll();
     emit writingBack();
     SettingsTable& table = station_.settings;
     table.setText(Setting::MyCall, station_.myCall);
     table.setText(Setting::MyLocator, station_.myLocator);
     table.setText(Setting::Label29Caption, ui_.Label29->text());
+    table.setText(Setting::LogbookText, station_.bandPattern);
     SaveStationConfig(station_);
     for (int n = 1; n <= 4; ++n)
         closePort(n);
-    windows_.closeAll();
     emit unloaded();
 }
