@@ -20,13 +20,14 @@
 
 StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* viewer)
     : panels_(new StationPanels(form1, OutputLines::fromSettings()))
-    , beacons_(new BeaconStation(form1, *panels_, viewer))
     , spectrum_(new SpectrumPanel(station))
 {
     SpectrumPanel* spectrum = spectrum_;
     form1.placePanel(Form1::Area::Spectrum, spectrum);
+    // Activation opens the sound input before the beacon list reloads: connected first.
     QObject::connect(&form1, &Form1::activated, spectrum, [spectrum] { spectrum->start(); });
     QObject::connect(&form1, &Form1::queryUnload, spectrum, &SpectrumPanel::stop);
+    beacons_ = new BeaconStation(form1, *panels_, viewer);
 
     // A recording can stand in for the sound card, to look at it or to try the display.
     QAction* recording = form1.menuBar()->addAction(QStringLiteral("&Recording..."));

@@ -24,6 +24,6 @@ private:
 
     // All three belong to the main window, like its other children.
     StationPanels* panels_;
-    BeaconStation* beacons_;
     SpectrumPanel* spectrum_;
+    BeaconStation* beacons_;
 };
