@@ -14,11 +14,6 @@ QByteArray frame(int elevation, int temperature)
 }
 } // namespace
 
-TEST(SensorFrame, QueryIsTheThreeBytes)
-{
-    EXPECT_EQ(SensorFrame::Query, QByteArray::fromHex("7f0187"));
-}
-
 TEST(SensorFrame, HexTextHasTwoUpperCaseDigitsPerByte)
 {
     EXPECT_EQ(SensorFrame::hexText(QByteArray::fromHex("000a0ff0ff")), QStringLiteral("000A0FF0FF"));
