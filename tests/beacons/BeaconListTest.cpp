@@ -30,8 +30,7 @@ TEST(BeaconList, OldBeaconTableIsUpgradedBeforeTheQuery)
     ASSERT_TRUE(f.db.exec("INSERT INTO PNT_Beacon (beacon, Locator, qrg, Equipment, XCoord, YCoord) "
                           "VALUES ('OZ7IGY/B', 'JO55WM', '144471', '', 1, 2)"));
     BeaconList::Loaded loaded = BeaconList::load(f.station.dbConnection, "", true, "");
-    ASSERT_FALSE(loaded.error) << loaded.error.text().toStdString();
-    ASSERT_TRUE(loaded.rs.first());
+    ASSERT_TRUE(!loaded.error && loaded.rs.first()) << loaded.error.text().toStdString();
     EXPECT_EQ(loaded.rs.text("beacon"), "OZ7IGY/B");
     EXPECT_EQ(f.db.column("GEgridXY"), QStringList({ "<null>" })); // the map columns exist now
 }
@@ -39,13 +38,10 @@ TEST(BeaconList, OldBeaconTableIsUpgradedBeforeTheQuery)
 TEST(BeaconList, LookupTakesTheFirstRecordOfTheNameAsALikePattern)
 {
     BeaconFixture f;
-    ASSERT_TRUE(f.db.add({ { "OK1KIR/B", "JO70FD", "144430", "" }, { "D_1X", "JN58TD", "2320100", "" },
-        { "OK1KIR/B", "JO70AA", "10368100", "second" } }));
+    ASSERT_TRUE(
+        f.db.add({ { "OK1KIR/B", "JO70FD", "144430", "" }, { "OK1KIR/B", "JO70AA", "10368100", "" } }));
     const BeaconList::Found found = BeaconList::lookup(f.station.dbConnection, "ok1kir/b");
-    ASSERT_TRUE(found.found);
-    EXPECT_EQ(found.locator, "JO70FD");
-    EXPECT_EQ(found.qrg, "144430");
-    EXPECT_EQ(BeaconList::lookup(f.station.dbConnection, "D_1X").qrg, "2320100");
+    EXPECT_TRUE(found.found && found.locator == "JO70FD" && found.qrg == "144430");
     EXPECT_FALSE(BeaconList::lookup(f.station.dbConnection, "NOSUCH").found);
     EXPECT_FALSE(BeaconList::lookup(f.station.dbConnection, "O'NEILL").error);
 }

@@ -91,7 +91,6 @@ TEST(BeaconPanel, LoadRunsItsStepsInOrderAndSetsTheCaption)
 
     f.panel.LoadBeaconList();
     EXPECT_EQ(f.calls, QStringList({ "band handler" })); // callsign and locator are set
-    EXPECT_EQ(f.caption(), "6");
     EXPECT_EQ(f.panel.findChild<QLabel*>("DataGrid1Caption")->text(), "6");
     EXPECT_EQ(f.column(0), QStringList({ "D_1X", "DB0ABC/B", "DL0XY/B", "DM2AB", "G4ABC", "OK1KIR/B" }));
 
@@ -104,8 +103,8 @@ TEST(BeaconPanel, LoadRunsItsStepsInOrderAndSetsTheCaption)
     f.station.dbConnection = f.dir.file("missing.db");
     f.panel.LoadBeaconList();
     ASSERT_EQ(f.prompts.shown.size(), 1);
-    EXPECT_TRUE(f.prompts.shown[0].startsWith("Error "));
-    EXPECT_TRUE(f.prompts.shown[0].endsWith(" in procedure LoadBeaconList of Formular form1"));
+    EXPECT_TRUE(f.prompts.shown[0].startsWith("Error ")
+        && f.prompts.shown[0].endsWith(" in procedure LoadBeaconList of Formular form1"));
     EXPECT_EQ(f.caption(), "6");
 }
 
@@ -186,18 +185,17 @@ TEST(BeaconPanel, NewEntryNeedsABandEnterMovesOnAndABadLocatorKeepsTheFocus)
     ASSERT_TRUE(f.edit("txtQrgB")->hasFocus());
     f.type("txtQrgB", "455");
     ASSERT_TRUE(f.edit("txtLocB")->hasFocus());
+    QLineEdit* loc = f.edit("txtLocB");
     f.type("txtLocB", "jo22");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return f.edit("txtLocB")->text() == "JO22"; }, 1000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return loc->text() == "JO22"; }, 1000));
     EXPECT_TRUE(f.edit("txtComment")->hasFocus());
     EXPECT_FALSE(f.station.locatorInvalid);
 
-    QLineEdit* loc = f.edit("txtLocB");
     loc->clear();
     loc->setFocus();
     f.type("txtLocB", "JO2", Qt::Key_Tab);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return f.prompts.shown.size() == 2; }, 1000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return f.prompts.shown.size() == 2 && loc->hasFocus(); }, 1000));
     EXPECT_EQ(f.prompts.shown.last(), "Invalid Gridlocator:");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return loc->hasFocus(); }, 1000));
     EXPECT_TRUE(f.station.locatorInvalid);
     // Clicking the grid is leaving the box too.
     f.panel.LoadBeaconList();
@@ -222,10 +220,8 @@ TEST(BeaconPanel, SaveStoresTheFourBoxesEvenWithAnEmptyNameAndDoesNotReload)
     f.button("CmdSave")->click();
     EXPECT_TRUE(f.prompts.shown.isEmpty());
     EXPECT_EQ(f.db.column("beacon").size(), 7);
-    EXPECT_EQ(f.db.column("beacon").last(), ""); // empty text, not Null
-    EXPECT_EQ(f.db.column("qrg").last(), "432");
-    EXPECT_EQ(f.db.column("Locator").last(), "JO22");
-    EXPECT_EQ(f.db.column("Equipment").last(), "Alkmaar");
+    EXPECT_EQ(f.db.column("beacon || '|' || qrg || '|' || Locator || '|' || Equipment").last(),
+        "|432|JO22|Alkmaar"); // an empty name is stored as empty text: Null would make the row Null
     EXPECT_EQ(f.edit("txtQrgB")->text(), "");
     EXPECT_EQ(f.caption(), "6");
 
@@ -263,7 +259,5 @@ TEST(BeaconPanel, MapButtonsUseTheNameFilter)
     EXPECT_EQ(f.prompts.shown, QStringList({ "3 Dataset from Tarnwick backup.mdB imported" }));
     f.button("GEB")->click();
     EXPECT_EQ(f.viewer.opened, QStringList({ "earth.kml" }));
-    const QByteArray kml = f.dir.read("earth.kml");
-    EXPECT_EQ(kml.count("<Placemark><name>"), 1 + 3);
-    EXPECT_TRUE(kml.contains("<name>OK1KIR</name>"));
+    EXPECT_EQ(f.dir.read("earth.kml").count("<Placemark><name>"), 1 + 3);
 }

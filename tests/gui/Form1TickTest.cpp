@@ -26,9 +26,7 @@ TEST(Form1Tick, EachTickSendsExactlyTheTwoQueries)
     EXPECT_EQ(f.rotator.readExactly(8), QByteArray("AI1;AI1;"));
     EXPECT_EQ(f.sensor.readExactly(6), QByteArray("\x7f\x01\x87\x7f\x01\x87", 6));
     // nothing else goes to the rig ports or follows the queries
-    EXPECT_EQ(f.rotator.readFor(100), QByteArray());
-    EXPECT_EQ(f.rig1.readAvailable(), QByteArray());
-    EXPECT_EQ(f.rig2.readAvailable(), QByteArray());
+    EXPECT_EQ(f.rotator.readFor(100) + f.rig1.readAvailable() + f.rig2.readAvailable(), QByteArray());
 
     // the timer "Timer" ticks every 200 ms
     ASSERT_EQ(f.form->timer().objectName(), QStringLiteral("Timer"));
@@ -36,8 +34,7 @@ TEST(Form1Tick, EachTickSendsExactlyTheTwoQueries)
     const QByteArray got = f.rotator.readFor(1100);
     const int ticks = got.count("AI1;");
     EXPECT_EQ(got, QByteArray("AI1;").repeated(ticks));
-    EXPECT_GE(ticks, 3);
-    EXPECT_LE(ticks, 7);
+    EXPECT_TRUE(ticks >= 3 && ticks <= 7) << ticks;
 }
 
 TEST(Form1Tick, RepliesFillHeadingElevationTemperatureAndOverlay)
@@ -53,8 +50,7 @@ TEST(Form1Tick, RepliesFillHeadingElevationTemperatureAndOverlay)
     EXPECT_EQ(text(f, "VCX"), QStringLiteral("Az: 123     Ele: Ele = 0.8"));
     EXPECT_EQ(f.child<Compass>("Picture1")->heading(), 123);
     ASSERT_EQ(read.count(), 1);
-    EXPECT_DOUBLE_EQ(read.at(0).at(0).toDouble(), 0.75);
-    EXPECT_EQ(f.form->elevation(), 0.75);
+    EXPECT_TRUE(read.at(0).at(0).toDouble() == 0.75 && f.form->elevation() == 0.75);
 
     // a reply longer than three characters shows its first three; 0.05 rounds to one decimal
     ASSERT_TRUE(f.tickWith(sensorReply(1234, 255), "0071;"));
@@ -97,11 +93,10 @@ TEST(Form1Tick, APortThatVanishesLeavesTheOtherPortAndTheTimerRunning)
     f.rotator.closeMaster();
     QTRY_VERIFY_WITH_TIMEOUT(!f.form->isPortOpen(4), 3000);
 
-    QLabel* lamp = f.child<QLabel>("lblCom4");
-    EXPECT_EQ(lamp->property("state").toString(), QStringLiteral("failed"));
+    EXPECT_EQ(f.child<QLabel>("lblCom4")->property("state").toString(), QStringLiteral("failed"));
     const QString status = f.form->statusBar()->currentMessage();
-    EXPECT_TRUE(status.contains(QStringLiteral("Com4"))) << status.toStdString();
-    EXPECT_TRUE(status.contains(QStringLiteral("vanished"))) << status.toStdString();
+    EXPECT_TRUE(status.contains(QStringLiteral("Com4")) && status.contains(QStringLiteral("vanished")))
+        << status.toStdString();
 
     // the sensor keeps being asked and read
     f.sensor.readFor(250);
@@ -117,7 +112,6 @@ TEST(Form1Tick, AClosedRotatorPortIsSkipped)
     Form1Fixture f;
     f.writeConfig([](SettingsTable& t) { t.setInt16(Setting::Com4Used, 0); });
     f.start();
-    EXPECT_FALSE(f.form->isPortOpen(4));
     f.child<QLabel>("Label1")->setText(QStringLiteral("042"));
     ASSERT_TRUE(f.tickWith(sensorReply(300, 5)));
     EXPECT_EQ(text(f, "Label1"), QStringLiteral("042"));

@@ -10,26 +10,20 @@ TEST(OptionGroup, ValueCountsFromOneAndFollowsTheButtons)
 {
     OptionGroup g(
         { QStringLiteral("50 lpm"), QStringLiteral("60 lpm"), QStringLiteral("70 lpm") }, Qt::Vertical);
-    EXPECT_EQ(g.count(), 3);
-    EXPECT_EQ(g.value(), 1);
-    EXPECT_TRUE(g.button(1)->isChecked());
+    EXPECT_TRUE(g.count() == 3 && g.value() == 1 && g.button(1)->isChecked() && !g.button(4));
     EXPECT_EQ(g.button(3)->text(), QStringLiteral("70 lpm"));
-    EXPECT_EQ(g.button(4), nullptr);
 
     QSignalSpy changed(&g, &OptionGroup::valueChanged);
     g.show();
     QTest::mouseClick(g.button(3), Qt::LeftButton);
     EXPECT_EQ(g.value(), 3);
     g.setValue(2);
-    EXPECT_TRUE(g.button(2)->isChecked());
-    EXPECT_FALSE(g.button(3)->isChecked());
+    EXPECT_TRUE(g.button(2)->isChecked() && !g.button(3)->isChecked());
     g.setValue(2); // no change, no signal
     g.setValue(0);
     g.setValue(4);
     EXPECT_EQ(g.value(), 2);
-    ASSERT_EQ(changed.count(), 2);
-    EXPECT_EQ(changed.at(0).at(0).toInt(), 3);
-    EXPECT_EQ(changed.at(1).at(0).toInt(), 2);
+    EXPECT_EQ(changed, (QList<QVariantList> { { 3 }, { 2 } }));
 }
 
 TEST(OptionGroup, NewCaptionsKeepAValueStillInRange)
@@ -37,16 +31,13 @@ TEST(OptionGroup, NewCaptionsKeepAValueStillInRange)
     OptionGroup g({ QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c") }, Qt::Horizontal);
     g.setValue(2);
     g.setCaptions({ QStringLiteral("x"), QStringLiteral("y") });
-    EXPECT_EQ(g.value(), 2);
-    EXPECT_EQ(g.button(2)->text(), QStringLiteral("y"));
+    EXPECT_TRUE(g.value() == 2 && g.button(2)->text() == QStringLiteral("y"));
     g.setValue(2);
     QSignalSpy changed(&g, &OptionGroup::valueChanged);
     g.setCaptions({ QStringLiteral("only") });
-    EXPECT_EQ(g.value(), 1);
-    EXPECT_EQ(changed.count(), 1);
+    EXPECT_TRUE(g.value() == 1 && changed.count() == 1);
     g.setCaptions({});
-    EXPECT_EQ(g.value(), 0);
-    EXPECT_EQ(g.count(), 0);
+    EXPECT_TRUE(g.value() == 0 && g.count() == 0);
 }
 
 TEST(OptionGroup, SavedStateComesBackInAnotherGroup)
