@@ -1,4 +1,5 @@
 #include "devices/lines/OutputLines.h"
+#include "StationRig.h"
 #include "core/ExtensionSettings.h"
 #include "devices/lines/LineChoice.h"
 #include "devices/lines/RecordingLine.h"
@@ -29,14 +30,8 @@ TEST(LineChoice, ReadsEveryBackendAndRefusesOtherTexts)
 
 TEST(OutputLines, RoutesPortZeroLines16_18_19AndIgnoresTheRest)
 {
-    OutputLines lines;
-    auto key = std::make_shared<RecordingLine>();
-    auto down = std::make_shared<RecordingLine>();
-    auto up = std::make_shared<RecordingLine>();
-    lines.setLine(OutputLines::Role::Key, key);
-    lines.setLine(OutputLines::Role::Down, down);
-    lines.setLine(OutputLines::Role::Up, up);
-
+    StationRig r;
+    auto [lines, key, up, down] = std::tie(r.lines, r.key, r.up, r.down);
     lines.UsbSetIODir(0, 19, 1);
     lines.UsbSetIOState(0, 19, 1);
     lines.UsbSetIOState(0, 18, 1);

@@ -22,11 +22,12 @@ struct StationRig {
     std::shared_ptr<RecordingLine> up = std::make_shared<RecordingLine>();
     std::shared_ptr<RecordingLine> down = std::make_shared<RecordingLine>();
 
+    static constexpr int portIndex[]
+        = { Setting::Com1Port, Setting::Com2Port, Setting::Com3Port, Setting::Com4Port };
+
     explicit StationRig(
         const QString& rigPort = QStringLiteral("Com1"), bool check2 = false, bool check3 = false)
     {
-        const int portIndex[]
-            = { Setting::Com1Port, Setting::Com2Port, Setting::Com3Port, Setting::Com4Port };
         const int settingsIndex[]
             = { Setting::Com1Settings, Setting::Com2Settings, Setting::Com3Settings, Setting::Com4Settings };
         for (int i = 0; i < 4; ++i) {
@@ -43,11 +44,7 @@ struct StationRig {
 
     bool open(int com)
     {
-        return ports.com(com).open(station.settings.textAt(com == 1 ? Setting::Com1Port
-                                           : com == 2               ? Setting::Com2Port
-                                           : com == 3               ? Setting::Com3Port
-                                                                    : Setting::Com4Port),
-            QStringLiteral("9600,n,8,1"));
+        return ports.com(com).open(station.settings.textAt(portIndex[com - 1]), QStringLiteral("9600,n,8,1"));
     }
 
     // What the device on Com n has received, once `expected` bytes are there (or two seconds
