@@ -63,20 +63,13 @@ struct Form1Fixture {
         return form->findChild<T*>(QString::fromLatin1(name));
     }
 
-    // Waits until port n of the window has bytes waiting (they stay unread).
-    bool waitForBytes(int n)
-    {
-        QSignalSpy spy(&form->ports().com(n), &SerialLink::readyRead);
-        return spy.wait(2000);
-    }
-
     // Puts the sensor box's frame (and the rotator's reply) on the line, waits until they have
     // arrived, then ticks once.
     bool tickWith(const QByteArray& sensorFrame, const QByteArray& rotatorReply = {})
     {
-        if (!rotatorReply.isEmpty() && !rotator.write(rotatorReply))
-            return false;
-        if (!sensor.write(sensorFrame) || !waitForBytes(3))
+        QSignalSpy arrived(&form->ports().com(3), &SerialLink::readyRead);
+        if ((!rotatorReply.isEmpty() && !rotator.write(rotatorReply)) || !sensor.write(sensorFrame)
+            || !arrived.wait(2000))
             return false;
         QTest::qWait(30);
         form->tick();
@@ -85,9 +78,7 @@ struct Form1Fixture {
 
     QList<QByteArray> configLines() const
     {
-        QList<QByteArray> lines = dir.read(QStringLiteral("Kestrel.txt")).split('\n');
-        if (!lines.isEmpty() && lines.last().isEmpty())
-            lines.removeLast();
+        QList<QByteArray> lines = dir.read(QStringLiteral("Kestrel.txt")).trimmed().split('\n');
         for (QByteArray& l : lines)
             l = l.trimmed();
         return lines;
