@@ -66,11 +66,10 @@ TEST(CompletionRun, WithoutBandOnlyRecordsWithEmptyBandText)
     ASSERT_EQ(runToEnd(c), MapDataCompletion::State::Done);
     EXPECT_EQ(c.total(), 2); // the reported number: both empty-band records
     EXPECT_EQ(c.completed(), 1);
-    const QList<Row> rows = db.rows({ "GEdata" });
-    EXPECT_EQ(rows[0]["GEdata"].toString(), "old");
-    EXPECT_TRUE(rows[1]["GEdata"].toString().startsWith("Log: DL2NOB  kHz "));
-    EXPECT_EQ(rows[2]["GEdata"].toString(), "old");
-    EXPECT_EQ(rows[3]["GEdata"].toString(), "old");
+    QStringList data;
+    for (const Row& r : db.rows({ "GEdata" }))
+        data << r["GEdata"].toString().left(17);
+    EXPECT_EQ(data, (QStringList { "old", "Log: DL2NOB  kHz ", "old", "old" }));
 }
 
 TEST(CompletionRun, CancelKeepsWhatWasCompleted)
@@ -84,8 +83,7 @@ TEST(CompletionRun, CancelKeepsWhatWasCompleted)
     ASSERT_EQ(c.start(), MapDataCompletion::State::Running);
     EXPECT_EQ(c.step(0), MapDataCompletion::State::Running);
     const qint64 done = c.completed();
-    EXPECT_GT(done, 0);
-    EXPECT_LT(done, 3000);
+    EXPECT_TRUE(done > 0 && done < 3000) << done;
     c.cancel();
     EXPECT_EQ(c.state(), MapDataCompletion::State::Cancelled);
     int completed = 0;

@@ -3,7 +3,6 @@
 #include "Form5Fixture.h"
 #include "logbook/browse/LogGridModel.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace {
@@ -15,39 +14,28 @@ Row imported(const QVariant& grid, const QString& band, const QString& call)
 
 } // namespace
 
-TEST(Form5Jobs, CompletionReportsTheFilteredCount)
+// Which records pass is shown in CompletionTest; here the window's band filter and messages.
+TEST(Form5Jobs, CompletionReportsTheCountOfTheBandsRecords)
 {
     Form5Fixture f(10,
         { imported("JO62QM", "144", "DL1ABC"), imported(QVariant(), "144", "DL2ABC"),
-            imported("JN48", "144", "DL3ABC"), imported("IO91", "14200", "G4ABC") });
+            imported("JN48", "144", "DL3ABC"), imported("IO91", "", "G4ABC") });
     f.edit("Gr")->setText("JO31");
     f.click("gridDEC");
     ASSERT_TRUE(f.waitIdle());
     EXPECT_EQ(f.db.prompts.shown, QStringList { "3 Dataset from Tarnwick backup.mdB imported" });
-    EXPECT_EQ(f.text("Gr"), "");
-    EXPECT_EQ(f.text("Sqw"), "2");
-    const QList<Row> rows = f.db.rows({ "GEdata" });
-    EXPECT_TRUE(
-        rows[0]["GEdata"].toString().startsWith("Log: DL1ABC 144 kHz  15.11.2026 18:20 rsts: rstr: QRB:"));
-    EXPECT_TRUE(rows[3]["GEdata"].isNull()); // another band
+    EXPECT_EQ(f.texts({ "Gr", "Sqw" }), (QStringList { "", "2" }));
     EXPECT_TRUE(f.child<QWidget>("content")->isEnabled());
-}
-
-TEST(Form5Jobs, CompletionWithoutBandTakesOnlyEmptyBandTexts)
-{
-    Form5Fixture f(21, { imported("JO62QM", "144", "DL1ABC"), imported("JN48", "", "DL2ABC") });
+    f.click("OptBand21");
     f.click("gridDEC");
     ASSERT_TRUE(f.waitIdle());
-    EXPECT_EQ(f.db.prompts.shown, QStringList { "1 Dataset from Tarnwick backup.mdB imported" });
+    EXPECT_EQ(f.db.prompts.shown.last(), "1 Dataset from Tarnwick backup.mdB imported");
     f.click("OptBand11"); // 432: no records, so nothing passes through Gr
     f.edit("Gr")->setText("JO31");
     f.click("gridDEC");
     ASSERT_TRUE(f.waitIdle());
     EXPECT_EQ(f.db.prompts.shown.last(), "0 Dataset from Tarnwick backup.mdB imported");
     EXPECT_EQ(f.text("Gr"), "JO31");
-    const QList<Row> rows = f.db.rows({ "GEdata" });
-    EXPECT_TRUE(rows[0]["GEdata"].isNull());
-    EXPECT_FALSE(rows[1]["GEdata"].isNull());
 }
 
 TEST(Form5Jobs, GoogleEarthWritesTheBandAndStartsTheViewer)
@@ -57,9 +45,7 @@ TEST(Form5Jobs, GoogleEarthWritesTheBandAndStartsTheViewer)
     ASSERT_TRUE(f.waitIdle());
     ASSERT_EQ(f.viewer.opened.size(), 1) << f.db.prompts.shown.join('|').toStdString();
     EXPECT_EQ(QFileInfo(f.viewer.opened[0]).fileName(), "earth.kml");
-    EXPECT_TRUE(QFile::exists(f.db.dir.file("earth.kml")));
-    EXPECT_EQ(f.text("Sqw"), "2");
-    EXPECT_EQ(f.text("SQc"), "2");
+    EXPECT_EQ(f.texts({ "Sqw", "SQc" }), (QStringList { "2", "2" }));
     EXPECT_TRUE(f.db.dir.read("earth.kml").contains("N0CALL 144 MHz wkd/cfd 2/2"));
 }
 
@@ -78,7 +64,6 @@ TEST(Form5Jobs, AdifImportReportsAndExportWritesTheBand)
     f.form->exportAdif(f.db.dir.file("out.adi"), false);
     ASSERT_TRUE(f.waitIdle());
     EXPECT_EQ(f.db.prompts.shown.last(), "1 records written to out.adi.");
-    EXPECT_TRUE(f.db.dir.read("out.adi").contains("<CALL:6>DL1ABC "));
     EXPECT_FALSE(f.db.dir.read("out.adi").contains("G4ABC"));
     f.form->exportAdif(f.db.dir.file("all.adi"), true);
     ASSERT_TRUE(f.waitIdle());

