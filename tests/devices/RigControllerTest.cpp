@@ -33,14 +33,12 @@ void checkCells(const QString& rigPort, bool check2, bool check3, int band, cons
         RigController rig(s.station, s.ports);
         rig.setBandIndex(band);
         s.station.frequencyText = "-";
+        SCOPED_TRACE(testing::Message() << rigPort.toStdString() << " text " << check2 << check3 << " band "
+                                        << band << " option " << c.index);
         EXPECT_TRUE(rig.OptFT847_Click(c.index));
-        const auto where = QStringLiteral("%1 check2=%2 check3=%3 band %4 option %5")
-                               .arg(rigPort, QString::number(check2), QString::number(check3),
-                                   QString::number(band), QString::number(c.index))
-                               .toStdString();
-        EXPECT_EQ(s.received(1, c.com1.size()).toHex(' '), c.com1.toHex(' ')) << where;
-        EXPECT_EQ(s.received(2, c.com2.size()).toHex(' '), c.com2.toHex(' ')) << where;
-        EXPECT_EQ(s.station.frequencyText, QString::fromLatin1(c.frequencyText)) << where;
+        EXPECT_EQ(s.received(1, c.com1.size()).toHex(' '), c.com1.toHex(' '));
+        EXPECT_EQ(s.received(2, c.com2.size()).toHex(' '), c.com2.toHex(' '));
+        EXPECT_EQ(s.station.frequencyText, QString::fromLatin1(c.frequencyText));
         EXPECT_TRUE(s.prompts.shown.isEmpty());
     }
 }
