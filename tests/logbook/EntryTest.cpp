@@ -1,5 +1,5 @@
-// The entry line's rules without a window: band table, key table, new-contact clock, mode
-// preset and locator edge cases, the GEdata summary and the save of an empty line.
+// The entry line's rules without a window: band table, key table, new-contact clock, locator
+// edge cases, the GEdata summary and the save of an empty line.
 #include "EntryTestDb.h"
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
@@ -46,10 +46,8 @@ TEST(EntryNewContact, DateAndTimeFromTheLocalClock)
     EXPECT_EQ(l.Ba, "144");
 }
 
-TEST(EntryRules, ModePresetAndLocatorCheck)
+TEST(EntryRules, LocatorCheckBeyondTheWindowsCases)
 {
-    EXPECT_EQ(EntryRules::ModePreset("5N9"), "CW");
-    EXPECT_EQ(EntryRules::ModePreset(""), "SSB");
     for (const char* bad : { "JO6A", "J062", "JO62QM1", "JO62QM123" }) {
         QString b = QLatin1String(bad);
         EXPECT_FALSE(EntryRules::CheckEntryLocator(b)) << bad;

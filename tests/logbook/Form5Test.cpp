@@ -170,16 +170,6 @@ TEST(Form5Dxcc, UnknownPrefixLeavesTheCaptionSilently)
     EXPECT_TRUE(f.db.prompts.shown.isEmpty());
 }
 
-TEST(Form5Dxcc, StarPatternsAreConvertedAtOpeningAndClosing)
-{
-    Form5Fixture f(21);
-    ASSERT_TRUE(f.db.add({ { { "dxcccode", "QQ*" }, { "Country", "Testland" } } }, "dxccdata"));
-    f.form->close();
-    Recordset rs(f.db.path());
-    ASSERT_TRUE(rs.open(SqlText::dxccLookup("QQ1AB")));
-    EXPECT_EQ(rs.text(2), "Testland");
-}
-
 TEST(Form5Search, EmptyTextCountsSquaresAndLeavesTheGrid)
 {
     Form5Fixture f(10,
@@ -252,8 +242,12 @@ TEST(Form5Window, OpeningShowsTheStationAndClosingWritesTheSettings)
     EXPECT_TRUE(f.child<QRadioButton>("OptBand21")->isChecked());
     EXPECT_EQ(f.form->findChildren<QRadioButton*>(QRegularExpression("^OptBand\\d+$")).size(), 22);
 
+    ASSERT_TRUE(f.db.add({ { { "dxcccode", "QQ*" }, { "Country", "Testland" } } }, "dxccdata"));
     f.click("OptBand10");
     f.click("cmdExit");
+    Recordset rs(f.db.path()); // the "*" pattern was rewritten at closing
+    ASSERT_TRUE(rs.open(SqlText::dxccLookup("QQ1AB")));
+    EXPECT_EQ(rs.text(2), "Testland");
     EXPECT_EQ(f.db.station.settings.intAt(Setting::LogbookNumber), 10);
     EXPECT_EQ(f.db.station.settings.textAt(Setting::LogbookText), "144%");
     EXPECT_EQ(f.db.station.settings.textAt(Setting::MyCall), "N0CALL");
