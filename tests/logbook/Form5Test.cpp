@@ -45,7 +45,7 @@ TEST(Form5Entry, NewContactWithoutBandAsksForOneWithThirtyMetresFillsTheDefaults
     EXPECT_EQ(f.focused(), "Ca");
 }
 
-TEST(Form5Entry, LocatorIsUpperCasedAndCheckedAnEmptyOneIsNot)
+TEST(Form5Entry, LocatorCheckAndModePreset)
 {
     Form5Fixture f(10);
     ASSERT_TRUE(f.active);
@@ -70,19 +70,15 @@ TEST(Form5Entry, LocatorIsUpperCasedAndCheckedAnEmptyOneIsNot)
     QTest::mouseClick(f.edit("Na"), Qt::LeftButton);
     EXPECT_TRUE(f.db.prompts.shown.isEmpty());
     EXPECT_EQ(f.focused(), "Na");
-}
 
-TEST(Form5Entry, ModeFollowsTheLengthOfTheReceivedReport)
-{
-    Form5Fixture f(10);
-    ASSERT_TRUE(f.active);
+    // The mode follows the length of the received report as it stood before the key.
     f.edit("Rr")->setText("599");
     f.edit("Rr")->setFocus();
     f.key(Qt::Key_0);
     EXPECT_EQ(f.text("mo"), "CW");
     EXPECT_EQ(f.text("Rr"), "5990");
     f.key(Qt::Key_Backspace);
-    EXPECT_EQ(f.text("mo"), "SSB"); // 5990 before the key
+    EXPECT_EQ(f.text("mo"), "SSB");
     f.edit("Rr")->setText("59");
     f.key(Qt::Key_1);
     EXPECT_EQ(f.text("mo"), "SSB");
