@@ -82,8 +82,8 @@ TEST_F(DbFile, ZeroLengthFileIsReportedAndLeftAlone)
     const QString file = tmp.file(QStringLiteral("empty.db"));
     tmp.write(QStringLiteral("empty.db"), QByteArray());
     ASSERT_TRUE(DatabaseFile::connect(station, places(file)));
-    ASSERT_EQ(prompts.shown.size(), 1);
-    EXPECT_TRUE(prompts.shown.first().startsWith("The database file is empty (0 bytes)"));
+    EXPECT_EQ(prompts.shown.size(), 1);
+    EXPECT_TRUE(prompts.shown.value(0).startsWith("The database file is empty (0 bytes)"));
     EXPECT_EQ(QFile(file).size(), 0);
     Recordset rs(file);
     EXPECT_FALSE(rs.open(SqlText::LogList));
