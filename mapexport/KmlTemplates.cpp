@@ -112,18 +112,25 @@ void appendHomePlacemark(QByteArray& out, QStringView callsign, QStringView home
     appendLatin(out, "</coordinates></Point></Placemark>\r\n");
 }
 
-void appendLogRecord(QByteArray& out, const LogRecordFields& f)
+// Both record kinds open alike, up to the point's coordinates.
+static void appendRecordHead(QByteArray& out, QStringView documentName, QStringView name, QStringView geData,
+    QStringView fill, QStringView gridXY)
 {
     appendLatin(out, "<name>");
-    appendEscaped(out, f.documentName);
+    appendEscaped(out, documentName);
     appendLatin(out, "</name><Placemark><name>");
-    appendEscaped(out, f.grid);
+    appendEscaped(out, name);
     appendLatin(out, "</name><description>");
-    appendEscaped(out, f.geData);
+    appendEscaped(out, geData);
     appendLatin(out, "</description><Style><PolyStyle><color>");
-    appendEscaped(out, f.fill);
+    appendEscaped(out, fill);
     appendLatin(out, "</color></PolyStyle></Style> <MultiGeometry><Point><coordinates>");
-    appendEscaped(out, f.gridXY);
+    appendEscaped(out, gridXY);
+}
+
+void appendLogRecord(QByteArray& out, const LogRecordFields& f)
+{
+    appendRecordHead(out, f.documentName, f.grid, f.geData, f.fill, f.gridXY);
     appendLatin(out,
         "</coordinates></Point><Polygon><altitudeMode>relativeToGround</altitudeMode>"
         "<outerBoundaryIs><LinearRing><coordinates>");
@@ -134,16 +141,7 @@ void appendLogRecord(QByteArray& out, const LogRecordFields& f)
 
 void appendBeaconRecord(QByteArray& out, const BeaconRecordFields& f)
 {
-    appendLatin(out, "<name>");
-    appendEscaped(out, f.documentName);
-    appendLatin(out, "</name><Placemark><name>");
-    appendEscaped(out, f.name);
-    appendLatin(out, "</name><description>");
-    appendEscaped(out, f.geData);
-    appendLatin(out, "</description><Style><PolyStyle><color>");
-    appendEscaped(out, f.fill);
-    appendLatin(out, "</color></PolyStyle></Style> <MultiGeometry><Point><coordinates>");
-    appendEscaped(out, f.gridXY);
+    appendRecordHead(out, f.documentName, f.name, f.geData, f.fill, f.gridXY);
     // deliberate: the beacon polygon has no boundary, so only the point shows.
     appendLatin(out,
         "</coordinates></Point><Polygon><altitudeMode>relativeToGround</altitudeMode></Polygon>"
