@@ -30,7 +30,7 @@ struct Served : HubStation {
     {
         client.write(line);
         QByteArray got;
-        QTest::qWaitFor(
+        (void)QTest::qWaitFor(
             [&] {
                 got += client.readAll();
                 return got.size() >= answerSize;

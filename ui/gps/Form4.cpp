@@ -242,7 +242,12 @@ void Form4::onLinkError(const QString& text)
 
 void Form4::onReadyRead()
 {
-    const QList<GpsReceiver::Decoded> decoded = receiver_.feed(link_->readAll());
+    bytesArrived(link_->readAll());
+}
+
+void Form4::bytesArrived(const QByteArray& bytes)
+{
+    const QList<GpsReceiver::Decoded> decoded = receiver_.feed(bytes);
     for (const GpsReceiver::Decoded& d : decoded)
         showDecoded(d);
     showFix();
