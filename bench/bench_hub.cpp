@@ -86,6 +86,20 @@ double median(std::vector<double> v)
     return v.empty() ? 0 : v[v.size() / 2];
 }
 
+// Median round trip of "f\n" on a connected socket, which is closed afterwards, in microseconds.
+double medianRoundTrip(int fd)
+{
+    std::vector<double> us;
+    for (int i = 0; i < RoundTrips; ++i) {
+        const auto t0 = std::chrono::steady_clock::now();
+        ask(fd, "f\n", 1);
+        us.push_back(
+            std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - t0).count());
+    }
+    ::close(fd);
+    return median(us);
+}
+
 // Median round trip of "f\n" against a plain echo thread, in microseconds.
 double echoRoundTrip()
 {
@@ -107,17 +121,10 @@ double echoRoundTrip()
         ::close(c);
     });
     const int fd = connectTo(ntohs(a.sin_port));
-    std::vector<double> us;
-    for (int i = 0; i < RoundTrips; ++i) {
-        const auto t0 = std::chrono::steady_clock::now();
-        ask(fd, "f\n", 1);
-        us.push_back(
-            std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - t0).count());
-    }
-    ::close(fd);
+    const double us = medianRoundTrip(fd);
     echo.join();
     ::close(listener);
-    return median(us);
+    return us;
 }
 
 struct Hub {
@@ -212,22 +219,14 @@ int main(int argc, char** argv)
     const double echoUs = echoRoundTrip();
 
     Hub hub;
-    std::vector<double> us;
+    double hubUs = 0;
     std::atomic<bool> done = false;
     std::thread getter([&] {
-        const int fd = connectTo(hub.server->port());
-        for (int i = 0; i < RoundTrips; ++i) {
-            const auto t0 = std::chrono::steady_clock::now();
-            ask(fd, "f\n", 1);
-            us.push_back(
-                std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - t0).count());
-        }
-        ::close(fd);
+        hubUs = medianRoundTrip(connectTo(hub.server->port()));
         done = true;
     });
     runUntil(done);
     getter.join();
-    const double hubUs = median(us);
 
     // 1000 sets a second for SetSeconds; the lines' far ends are read at the line's rate on
     // their own thread, as a UART drains; a 10 ms timer on this thread measures how late it
