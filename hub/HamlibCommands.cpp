@@ -32,6 +32,7 @@ HamlibCommands::Answer HamlibCommands::answer(const QByteArray& line) const
         }
         const Command* c = find(token);
         if (!c) {
+            // deliberate: rigctld 4.5 stays silent here, which leaves its client waiting
             out.bytes += report(Hamlib::NotImplemented) + '\n';
             break;
         }
