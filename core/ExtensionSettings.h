@@ -23,6 +23,8 @@ inline const QString DatabaseFile = QStringLiteral("database/file");
 inline const QString AudioDevice = QStringLiteral("audio/device");
 // Camera device; empty: no camera, the overlay text is shown on a label.
 inline const QString CameraDevice = QStringLiteral("camera/device");
+// Cluster: "true" sends the own callsign by itself at the node's "login:" prompt.
+inline const QString ClusterAutoLogin = QStringLiteral("cluster/autoLogin");
 } // namespace ExtensionKey
 
 class ExtensionSettings {
