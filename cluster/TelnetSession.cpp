@@ -55,7 +55,7 @@ void TelnetSession::onEvent(telnet_t*, telnet_event_t* event, void* self)
         break;
     case TELNET_EV_WARNING:
     case TELNET_EV_ERROR:
-        qCInfo(lcCluster) << "telnet:" << event->error.msg;
+        qCDebug(lcCluster) << "telnet:" << event->error.msg;
         break;
     default:
         break;
