@@ -63,6 +63,11 @@ std::optional<SimOptions> SimOptions::parse(const QStringList& arguments, QStrin
                 return refuse(
                     problem, QStringLiteral("--spot-interval \"%1\": expected seconds, at least 0.1").arg(v));
             o.spotIntervalMs = int(s * 1000.0);
+        } else if (a == QLatin1String("--cluster-style")) {
+            if (v != u"plain" && v != u"telnet")
+                return refuse(
+                    problem, QStringLiteral("--cluster-style \"%1\": expected plain or telnet").arg(v));
+            o.clusterStyle = v;
         } else if (a == QLatin1String("--cluster-port")) {
             const uint port = v.toUInt(&ok);
             if (!ok || port > 65535)
@@ -93,5 +98,7 @@ QString SimOptions::usage()
         "                           4800 baud), ublox (NMEA 4.11, four systems, 38400 baud)\n"
         "  --rotator-rate DEG       rotator speed in degrees per second (default 4)\n"
         "  --spot-interval SECONDS  time between cluster spots (default 15)\n"
-        "  --cluster-port PORT      TCP port of the cluster node (default: any free port)\n");
+        "  --cluster-port PORT      TCP port of the cluster node (default: any free port)\n"
+        "  --cluster-style STYLE    plain (default) or telnet: negotiation, UTF-8, ANSI colours,\n"
+        "                           bells and LF CR line ends like many real nodes\n");
 }

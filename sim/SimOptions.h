@@ -14,6 +14,7 @@ struct SimOptions {
     double rotatorRate = 4.0; // --rotator-rate DEG_PER_S
     int spotIntervalMs = 15000; // --spot-interval SECONDS
     quint16 clusterPort = 0; // --cluster-port PORT (0: any free port)
+    QString clusterStyle = QStringLiteral("plain"); // --cluster-style telnet
     bool help = false;
 
     // nullopt with *problem set when the arguments (without the program name) are wrong.

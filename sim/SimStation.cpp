@@ -32,7 +32,9 @@ void complain(const QString& text)
 SimStation::SimStation(const SimOptions& options, QObject* parent)
     : QObject(parent)
     , options_(options)
-    , cluster_(options.spotIntervalMs)
+    , cluster_(options.spotIntervalMs,
+          options.clusterStyle == u"telnet" ? SimClusterSession::Style::Telnet
+                                            : SimClusterSession::Style::Plain)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     channels_.push_back(std::make_unique<PtyChannel>(QStringLiteral("rig"), std::make_unique<SimRig>()));
