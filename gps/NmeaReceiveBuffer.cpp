@@ -41,23 +41,22 @@ bool NmeaReceiveBuffer::isTalker(char a, char b)
     return !talkerText(a, b).isNull();
 }
 
-bool NmeaReceiveBuffer::cutLine(QByteArrayView line, QList<Sentence>& out)
+void NmeaReceiveBuffer::cutLine(QByteArrayView line, QList<Sentence>& out)
 {
     // No sentence holds a "$": a sentence cut short and run into the next leaves the last one.
     const qsizetype i = line.lastIndexOf('$');
     if (i < 0 || i + 6 > line.size())
-        return false;
+        return;
     const char* data = line.data();
     const QString talker = talkerText(data[i + 1], data[i + 2]);
     if (talker.isNull())
-        return false;
+        return;
     for (int t = 0; t < 4; ++t) {
         if (std::memcmp(data + i + 3, kTypes[t], 3) == 0) {
             out.append({ kTypeOf[t], talker, QString::fromLatin1(data + i, line.size() - i) });
-            return true;
+            return;
         }
     }
-    return false;
 }
 
 QList<NmeaReceiveBuffer::Sentence> NmeaReceiveBuffer::feed(QByteArrayView bytes)

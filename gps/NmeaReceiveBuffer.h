@@ -31,7 +31,7 @@ public:
     static bool isTalker(char a, char b);
 
 private:
-    static bool cutLine(QByteArrayView line, QList<Sentence>& out);
+    static void cutLine(QByteArrayView line, QList<Sentence>& out);
 
     QByteArray buffer_;
 };

@@ -311,7 +311,7 @@ void Form4::showDecoded(const GpsReceiver::Decoded& d)
 
 void Form4::showFix()
 {
-    // deliberate: not only `txtMO` decides; a receiver without GSA shows its fix from GGA or RMC
+    // Not `txtMO` alone: a receiver without GSA shows its fix from GGA or RMC, stale data none.
     const FixKind fix = receiver_.fix();
     usedSystems_->setText(GpsDisplay::usedText(receiver_));
     const auto position = receiver_.position();
