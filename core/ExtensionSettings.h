@@ -34,6 +34,8 @@ inline const QString HubAddress = QStringLiteral("hub/address");
 inline const QString GpsSource = QStringLiteral("gps/source");
 inline const QString GpsdHost = QStringLiteral("gps/host");
 inline const QString GpsdPort = QStringLiteral("gps/port");
+// Cluster: "true" sends the own callsign by itself at the node's "login:" prompt.
+inline const QString ClusterAutoLogin = QStringLiteral("cluster/autoLogin");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

@@ -60,6 +60,7 @@ private:
     QPushButton* command1_ = nullptr;
     QPushButton* cmdMyLocator_ = nullptr;
     QLabel* grid_ = nullptr;
+    QLabel* usedSystems_ = nullptr;
     QLabel* image1_ = nullptr;
     QPlainTextEdit* text1_ = nullptr;
     struct Boxes;
