@@ -28,6 +28,17 @@ void LinePulser::pulse(quint8 line, std::chrono::milliseconds length)
     wake_.notify_all();
 }
 
+void LinePulser::cancel()
+{
+    std::unique_lock lock(mutex_);
+    queue_.clear();
+    if (!busy_)
+        return;
+    cut_ = true;
+    wake_.notify_all();
+    idle_.wait(lock, [this] { return !busy_; });
+}
+
 void LinePulser::waitIdle()
 {
     std::unique_lock lock(mutex_);
@@ -45,17 +56,21 @@ void LinePulser::run()
         const Request r = queue_.front();
         queue_.pop_front();
         busy_ = true;
+        cut_ = false;
         lock.unlock();
 
         lines_.UsbSetIODir(OutputLines::ModulePort, r.line, 1);
-        lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 1);
-        std::this_thread::sleep_until(std::chrono::steady_clock::now() + r.length);
-        lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 0);
-
+        const bool on = lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 1);
+        const auto end = std::chrono::steady_clock::now() + r.length;
         lock.lock();
+        if (on) {
+            wake_.wait_until(lock, end, [this] { return cut_ || stopping_; });
+            lock.unlock();
+            lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 0);
+            lock.lock();
+        }
         busy_ = false;
-        if (queue_.empty())
-            idle_.notify_all();
+        idle_.notify_all();
     }
     busy_ = false;
     idle_.notify_all();

@@ -64,6 +64,8 @@ void RotatorController::setAuto(bool on)
 void RotatorController::elevationPressed(bool up)
 {
     setAuto(false); // before the motor starts, so the tick cannot pulse against the hand
+    held_ = true;
+    pulser_.cancel(); // a running pulse is off before the hand's motor starts
     const quint8 line = up ? OutputLines::UpLine : OutputLines::DownLine;
     lines_.UsbSetIODir(OutputLines::ModulePort, line, 1);
     lines_.UsbSetIOState(OutputLines::ModulePort, line, 1);
@@ -73,6 +75,7 @@ void RotatorController::elevationPressed(bool up)
 void RotatorController::elevationReleased(bool up)
 {
     station_.hold = false;
+    held_ = false;
     lines_.UsbSetIOState(OutputLines::ModulePort, up ? OutputLines::UpLine : OutputLines::DownLine, 0);
 }
 
@@ -88,7 +91,7 @@ void RotatorController::pulseDown()
 
 void RotatorController::autoElevationStep(std::optional<double> elevation)
 {
-    if (auto_ && elevation) {
+    if (auto_ && elevation && !held_) {
         switch (Rotator::autoElevation(*elevation)) {
         case Rotator::Pulse::Up:
             pulseUp();
