@@ -23,6 +23,11 @@ inline const QString DatabaseFile = QStringLiteral("database/file");
 inline const QString AudioDevice = QStringLiteral("audio/device");
 // Camera device; empty: no camera, the overlay text is shown on a label.
 inline const QString CameraDevice = QStringLiteral("camera/device");
+// Devices (rig, rotator, ports):
+// "true" writes every byte on the serial ports to the kestrel.devices.link category.
+inline const QString TraceLink = QStringLiteral("trace/link");
+// Group of the transverter table, one line per band: <RF start MHz>=<IF start MHz>[,<width MHz>].
+inline const QString TransverterGroup = QStringLiteral("transverters");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

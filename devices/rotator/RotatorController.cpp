@@ -3,6 +3,7 @@
 #include "core/Station.h"
 #include "devices/lines/OutputLines.h"
 #include "devices/link/StationPorts.h"
+#include "devices/rotator/RotatorLog.h"
 
 RotatorController::RotatorController(
     Station& station, StationPorts& ports, OutputLines& lines, QObject* parent)
@@ -22,6 +23,7 @@ SerialLink& RotatorController::com4() const
 QString RotatorController::Antennedrehen(const QString& text160)
 {
     const QString text = Rotator::format000(text160.isEmpty() ? QStringLiteral("000") : text160);
+    qCDebug(lcRotator) << "turning to" << text;
     com4().write(Rotator::setHeadingCommand(text));
     return text;
 }
@@ -68,7 +70,8 @@ void RotatorController::elevationPressed(bool up)
     pulser_.cancel(); // a running pulse is off before the hand's motor starts
     const quint8 line = up ? OutputLines::UpLine : OutputLines::DownLine;
     lines_.UsbSetIODir(OutputLines::ModulePort, line, 1);
-    lines_.UsbSetIOState(OutputLines::ModulePort, line, 1);
+    if (!lines_.UsbSetIOState(OutputLines::ModulePort, line, 1))
+        qCWarning(lcRotator) << "elevation" << (up ? "up" : "down") << "by hand refused";
     station_.hold = true;
 }
 

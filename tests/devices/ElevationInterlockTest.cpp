@@ -1,5 +1,5 @@
-#include "devices/rotator/RotatorController.h"
 #include "StationRig.h"
+#include "devices/rotator/RotatorController.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,8 @@ int overlaps(const std::vector<Edge>& up, const std::vector<Edge>& down)
         all.push_back({ e, true });
     for (const Edge& e : down)
         all.push_back({ e, false });
-    std::stable_sort(all.begin(), all.end(), [](const Tagged& a, const Tagged& b) { return a.edge.at < b.edge.at; });
+    std::stable_sort(
+        all.begin(), all.end(), [](const Tagged& a, const Tagged& b) { return a.edge.at < b.edge.at; });
     bool upOn = false;
     bool downOn = false;
     int both = 0;
@@ -51,13 +52,10 @@ TEST(ElevationInterlock, TheOutputLayerRefusesOneDirectionWhileTheOtherRuns)
         quint8 state;
         bool accepted;
     } steps[] = {
-        { OutputLines::UpLine, 1, true },
-        { OutputLines::DownLine, 1, false }, // up still runs
+        { OutputLines::UpLine, 1, true }, { OutputLines::DownLine, 1, false }, // up still runs
         { OutputLines::DownLine, 0, true }, // switching off is always allowed
-        { OutputLines::UpLine, 0, true },
-        { OutputLines::DownLine, 1, true },
-        { OutputLines::UpLine, 1, false },
-        { OutputLines::KeyLine, 1, true }, // the key is no motor
+        { OutputLines::UpLine, 0, true }, { OutputLines::DownLine, 1, true },
+        { OutputLines::UpLine, 1, false }, { OutputLines::KeyLine, 1, true }, // the key is no motor
     };
     for (const auto& s : steps)
         EXPECT_EQ(r.lines.UsbSetIOState(OutputLines::ModulePort, s.line, s.state), s.accepted)
