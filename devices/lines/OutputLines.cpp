@@ -117,7 +117,8 @@ bool OutputLines::UsbSetIOState(quint8 port, quint8 line, quint8 state)
     const std::lock_guard lock(motorMutex_);
     const bool up = line == UpLine;
     if (on && (up ? downOn_ : upOn_)) {
-        qCWarning(lcLines) << "elevation" << (up ? "up" : "down") << "refused: the other direction is running";
+        qCWarning(lcLines) << "elevation" << (up ? "up" : "down")
+                           << "refused: the other direction is running";
         return false;
     }
     (up ? upOn_ : downOn_) = on;
