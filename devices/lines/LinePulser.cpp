@@ -30,13 +30,18 @@ void LinePulser::pulse(quint8 line, std::chrono::milliseconds length)
 
 void LinePulser::cancel()
 {
-    std::unique_lock lock(mutex_);
-    queue_.clear();
-    if (!busy_)
-        return;
-    cut_ = true;
+    {
+        const std::lock_guard lock(mutex_);
+        queue_.clear();
+        if (!busy_)
+            return;
+        cut_ = true;
+        if (onLine_ >= 0) {
+            lines_.UsbSetIOState(OutputLines::ModulePort, quint8(onLine_), 0);
+            onLine_ = -1;
+        }
+    }
     wake_.notify_all();
-    idle_.wait(lock, [this] { return !busy_; });
 }
 
 void LinePulser::waitIdle()
@@ -60,14 +65,15 @@ void LinePulser::run()
         lock.unlock();
 
         lines_.UsbSetIODir(OutputLines::ModulePort, r.line, 1);
-        const bool on = lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 1);
-        const auto end = std::chrono::steady_clock::now() + r.length;
         lock.lock();
-        if (on) {
+        // On and off are switched under the lock, so cancel() can take the line off itself.
+        if (!cut_ && !stopping_ && lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 1)) {
+            onLine_ = r.line;
+            const auto end = std::chrono::steady_clock::now() + r.length;
             wake_.wait_until(lock, end, [this] { return cut_ || stopping_; });
-            lock.unlock();
-            lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 0);
-            lock.lock();
+            if (onLine_ >= 0)
+                lines_.UsbSetIOState(OutputLines::ModulePort, r.line, 0);
+            onLine_ = -1;
         }
         busy_ = false;
         idle_.notify_all();

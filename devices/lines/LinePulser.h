@@ -20,7 +20,8 @@ public:
 
     // Queues one pulse: output, on, the length, off (port 0 of the module).
     void pulse(quint8 line, std::chrono::milliseconds length);
-    // Drops the queued pulses and ends the running one now; returns once its line is off.
+    // Drops the queued pulses and ends the running one now: its line is off when this returns,
+    // switched by the caller's thread, whenever the pulse thread next runs.
     void cancel();
     // Blocks until every queued pulse has ended (for tests and shutdown).
     void waitIdle();
@@ -39,6 +40,7 @@ private:
     std::deque<Request> queue_;
     bool busy_ = false;
     bool cut_ = false; // the running pulse is to end now
+    int onLine_ = -1; // the line the running pulse holds on, -1 when none
     bool stopping_ = false;
     std::thread thread_;
 };

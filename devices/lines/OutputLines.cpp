@@ -121,6 +121,8 @@ bool OutputLines::UsbSetIOState(quint8 port, quint8 line, quint8 state)
                            << "refused: the other direction is running";
         return false;
     }
-    (up ? upOn_ : downOn_) = on;
-    return l->setState(on);
+    const bool done = l->setState(on);
+    // A line the hardware would not switch off may still run: it keeps the other one locked.
+    (up ? upOn_ : downOn_) = on ? done : !done;
+    return done;
 }
