@@ -20,7 +20,8 @@ namespace {
 const QString BusyReason = QStringLiteral("the port is busy (another program has it open)");
 
 // Whether another program holds the terminal exclusively (TIOCEXCL, as gpsd does). The kernel
-// refuses such an open with EBUSY, except to root, who passes; so root asks the terminal.
+// refuses such an open with EBUSY, except to root, who passes; so root asks the terminal (only
+// root: the extra open and close can blink DTR, which the kernel's own refusal spares the rest).
 bool heldExclusively(const QString& path)
 {
 #if defined(Q_OS_LINUX) && defined(TIOCGEXCL)
