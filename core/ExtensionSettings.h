@@ -36,6 +36,11 @@ inline const QString GpsdHost = QStringLiteral("gps/host");
 inline const QString GpsdPort = QStringLiteral("gps/port");
 // Cluster: "true" sends the own callsign by itself at the node's "login:" prompt.
 inline const QString ClusterAutoLogin = QStringLiteral("cluster/autoLogin");
+// Devices (rig, rotator, ports):
+// "true" writes every byte on the serial ports to the kestrel.devices.link category.
+inline const QString TraceLink = QStringLiteral("trace/link");
+// Group of the transverter table, one line per band: <RF start MHz>=<IF start MHz>[,<width MHz>].
+inline const QString TransverterGroup = QStringLiteral("transverters");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

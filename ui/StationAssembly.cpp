@@ -96,11 +96,8 @@ void StationAssembly::registerWindows(Form1& form1, Station& station)
         auto* cluster = new ClusterWindow(station, parent);
         cluster->setOpenSettings([&form1] { form1.showWindow(QStringLiteral("mnuInitial")); });
         // A picked spot tunes the rig through the same path as the main window's own tuning.
-        cluster->setTuneTo([panels](const QString& tenHz) {
-            RigController& rig = panels->rig().controller();
-            rig.setCounter(tenHz.toLongLong());
-            rig.SendFreq(tenHz);
-        });
+        cluster->setTuneTo(
+            [panels](const QString& tenHz) { panels->rig().controller().tuneTo(tenHz.toLongLong()); });
         return cluster;
     });
 }

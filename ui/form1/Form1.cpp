@@ -255,7 +255,7 @@ void Form1::onPortError(int n, const QString& text)
 {
     qCWarning(lcForm1) << "Com" << n << text;
     portProblems_[n] = text;
-    setLamp(n, QStringLiteral("failed"), text);
+    setLamp(n, ports_.com(n).isBusy() ? QStringLiteral("busy") : QStringLiteral("failed"), text);
     showPortProblems();
 }
 
@@ -266,7 +266,7 @@ void Form1::setLamp(int n, const QString& state, const QString& tip)
     lamp->setToolTip(QStringLiteral("Com%1, %2: ").arg(n).arg(MainPorts::role(n)) + tip);
     if (state == QLatin1String("open"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(0,255,0); color: black;"));
-    else if (state == QLatin1String("failed"))
+    else if (state == QLatin1String("failed") || state == QLatin1String("busy"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(255,0,0); color: white;"));
     else
         lamp->setStyleSheet(QStringLiteral("background-color: #d0d0d0; color: #404040;"));
