@@ -1,16 +1,16 @@
 #pragma once
-// A WAV file as a wave input, for looking at a recording and for tests. Paced, a buffer becomes
-// ready each time 8192 samples' worth of real time has passed, as from the sound card;
-// unpaced, every poll gets the next buffer. The last partial buffer is left out.
-#include "audio/WavReader.h"
+// A recording as a wave input, for looking at it and for tests. Paced, a buffer becomes ready
+// each time 8192 samples' worth of real time has passed, as from the sound card; unpaced,
+// every poll gets the next buffer. The last partial buffer is left out.
+#include "audio/RecordingReader.h"
 #include "audio/WaveInput.h"
 
 #include <QElapsedTimer>
 
-class WavFileInput : public WaveInput {
+class RecordingInput : public WaveInput {
     Q_OBJECT
 public:
-    WavFileInput(const QString& path, bool paced, QObject* parent = nullptr);
+    RecordingInput(const QString& path, bool paced, QObject* parent = nullptr);
 
     int open(QString& errorText) override;
     void close() override;
@@ -21,7 +21,7 @@ public:
 private:
     QString path_;
     bool paced_;
-    WavReader reader_;
+    RecordingReader reader_;
     QElapsedTimer clock_;
     qint64 delivered_ = 0;
     bool open_ = false;
