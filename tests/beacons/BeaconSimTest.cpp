@@ -4,7 +4,9 @@
 #include "devices/lines/OutputLines.h"
 #include "devices/link/QtSerialLink.h"
 #include "devices/rig/RigController.h"
+#include "logbook/db/DatabaseFile.h"
 #include "logbook/db/RecordsetModel.h"
+#include "logbook/db/SeedData.h"
 #include "mapexport/MapViewer.h"
 #include "tests/beacons/BeaconDb.h"
 #include "tests/support/SimProcess.h"
@@ -20,6 +22,7 @@
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QTest>
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -89,5 +92,55 @@ TEST(BeaconSim, ChosenBeaconTurnsTheRotatorToTheShownBearingAndTunesTheRig)
     EXPECT_TRUE(form->findChild<OptionGroup*>(QStringLiteral("OptBandR"))->button(1)->isChecked());
     EXPECT_EQ(panels->rig().controller().microwaveBand(), 1);
     EXPECT_TRUE(sim.status("rig").startsWith("frequency=144471000 "));
+    form->close();
+}
+
+// Every row of a new database's starter list, chosen in turn, leaves the simulated rig on that
+// row's own frequency (one call stands on ten bands there). The text dialect carries every
+// frequency. The FT-847's binary command has eight digits of 10 Hz: it carries the rows below
+// 1000 MHz; what it does with the microwave rows is the transverter table's business (the
+// controller still holds the row's frequency).
+TEST(BeaconSim, EveryStarterRowTunesTheRigToThatRow)
+{
+    TempDir dir;
+    SimProcess sim(dir.path());
+    ASSERT_TRUE(sim.ready()) << sim.errors().toStdString();
+    const QString path = dir.file("starter.db");
+    ASSERT_TRUE(DatabaseFile::create(path));
+
+    RecordingPrompts prompts;
+    Station station(prompts);
+    station.dbConnection = path;
+    RecordingMapViewer viewer;
+    auto form = std::make_unique<Form1>(station, makeQtSerialLink);
+    auto* panels = new StationPanels(*form, std::make_unique<OutputLines>());
+    auto* beacons = new BeaconStation(*form, *panels, &viewer);
+    form->load();
+    form->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    BeaconPanel& panel = beacons->panel();
+    const int rows = panel.model().rowCount();
+    ASSERT_EQ(rows, int(SeedData::beacons().size()));
+
+    for (const bool text : { true, false }) {
+        station.settings.setBool(Setting::Check2, text);
+        for (int row = 0; row < rows; ++row) {
+            const QString qrg = panel.model().index(row, 2).data().toString();
+            const QString name = panel.model().index(row, 0).data().toString() + " " + qrg;
+            const qint64 hz = std::llround(qrg.toDouble() * 1000.0);
+            const int bandBefore = panels->rig().controller().bandIndex();
+            panel.grid()->setCurrentIndex(panel.model().index(row, 0));
+            EXPECT_EQ(panels->rig().controller().counter(), hz / 10) << name.toStdString();
+            if (qrg.startsWith("70"))
+                EXPECT_EQ(panels->rig().controller().bandIndex(), bandBefore) << "4 m keeps the band";
+            const QString want = QStringLiteral("frequency=%1 ").arg(hz);
+            if (text || hz < 1000000000) {
+                const QString rig = sim.waitFor("rig", want);
+                EXPECT_TRUE(rig.startsWith(want)) << name.toStdString() << ": " << rig.toStdString();
+            }
+        }
+        if (text)
+            EXPECT_TRUE(prompts.shown.isEmpty()) << prompts.shown.join(" | ").toStdString();
+    }
     form->close();
 }
