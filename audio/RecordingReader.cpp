@@ -1,7 +1,6 @@
 #include "audio/RecordingReader.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -12,17 +11,20 @@
 namespace {
 constexpr int FramesPerRead = 4096;
 
+// libsndfile's own name of a container or encoding ("WAV (Microsoft)", "Signed 16 bit PCM").
+QString formatPart(int value)
+{
+    SF_FORMAT_INFO info {};
+    info.format = value;
+    return sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) == 0 && info.name
+        ? QString::fromUtf8(info.name)
+        : QString::number(value, 16);
+}
+
 QString formatName(int format)
 {
-    const auto name = [](int value, int command) {
-        SF_FORMAT_INFO info {};
-        info.format = value;
-        return sf_command(nullptr, command, &info, sizeof info) == 0 && info.name
-            ? QString::fromUtf8(info.name)
-            : QString::number(value, 16);
-    };
-    return name(format & SF_FORMAT_TYPEMASK, SFC_GET_FORMAT_INFO) + QStringLiteral(" / ")
-        + name(format & SF_FORMAT_SUBMASK, SFC_GET_FORMAT_INFO);
+    return formatPart(format & SF_FORMAT_TYPEMASK) + QStringLiteral(" / ")
+        + formatPart(format & SF_FORMAT_SUBMASK);
 }
 } // namespace
 

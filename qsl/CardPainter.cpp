@@ -76,8 +76,8 @@ void CardPainter::paint(QPainter& p, const CardDesign& design, const SignaturePi
             continue;
         // A box holds its lines whole; a label keeps room above and below (see the clip).
         p.setFont(fitted(font, item.text, textRect.size(), p.device(), item.kind == CardItem::Kind::Box));
-        // Text ends where its control ends, as in the window: a long line never runs into the
-        // pictures or the next box. Labels keep room above and below for tall glyphs.
+        // Fitted, the text stays inside; the clip only guards the pictures and the next box
+        // should a text not fit even at the smallest size. Labels keep room for tall glyphs.
         p.setClipRect(
             item.kind == CardItem::Kind::Box ? rect : rect.adjusted(0, -rect.height(), 0, rect.height()));
         p.setPen(item.colour);
