@@ -16,7 +16,8 @@ struct Query {
     QString filter;
 };
 // `search`: the BeSearch text, a name prefix used as a LIKE pattern as it stands ("%" and "_"
-// work), without regard to case in every alphabet; `byQrg`: BanCoun pressed; `nameFilter`: empty or "%/b%".
+// work), without regard to case in every alphabet; `byQrg`: BanCoun pressed; `nameFilter`:
+// empty or "%/b%".
 Query query(const QString& search, bool byQrg, const QString& nameFilter);
 
 struct Loaded {
