@@ -23,6 +23,9 @@ inline const QString DatabaseFile = QStringLiteral("database/file");
 inline const QString AudioDevice = QStringLiteral("audio/device");
 // Camera device; empty: no camera, the overlay text is shown on a label.
 inline const QString CameraDevice = QStringLiteral("camera/device");
+// The log's clock: "local" (default; the new-contact line fills the local time) or "utc".
+// ADIF files are always in UTC; the import and export convert.
+inline const QString LogClock = QStringLiteral("log/clock");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

@@ -1,6 +1,9 @@
 #include "logbook/entry/LogClock.h"
 
+#include "core/ExtensionSettings.h"
 #include "logbook/db/LogDate.h"
+
+#include <QTimeZone>
 
 namespace {
 
@@ -37,6 +40,32 @@ QDate fromParts(int y, int m, int d)
 } // namespace
 
 namespace LogClock {
+
+Base configured()
+{
+    return ExtensionSettings::value(ExtensionKey::LogClock)
+                .trimmed()
+                .compare(QLatin1String("utc"), Qt::CaseInsensitive)
+            == 0
+        ? Base::Utc
+        : Base::Local;
+}
+
+QDateTime now(Base base)
+{
+    return base == Base::Utc ? QDateTime::currentDateTimeUtc() : QDateTime::currentDateTime();
+}
+
+QDateTime toUtc(QDate date, QTime time, Base base)
+{
+    return QDateTime(date, time, base == Base::Utc ? Qt::UTC : Qt::LocalTime).toUTC();
+}
+
+QDateTime fromUtc(QDate date, QTime time, Base base)
+{
+    const QDateTime utc(date, time, Qt::UTC);
+    return base == Base::Utc ? utc : utc.toLocalTime();
+}
 
 QDate compactDate(const QString& t)
 {
