@@ -4,6 +4,7 @@
 #include "logbook/browse/DxccCall.h"
 #include "logbook/browse/DxccIndex.h"
 #include "logbook/browse/DxccLookup.h"
+#include "logbook/browse/DxccRecheck.h"
 #include "logbook/db/CtyParser.h"
 #include "logbook/db/SeedData.h"
 
@@ -178,6 +179,28 @@ TEST(DbDxcc, FirstRowFoundAgreesWithTheCountryFileRules)
         ASSERT_TRUE(q.exec(SqlText::dxccLookup(calls[i])));
         EXPECT_EQ(q.next() ? q.value(2).toString() : QString(), expected[i]) << calls[i].toStdString();
     }
+}
+
+TEST(DbDxcc, RecheckOfALogFollowsTheCallsAndKeepsOwnZones)
+{
+    TestDb db;
+    ASSERT_TRUE(db.created);
+    ASSERT_TRUE(db.add({ contact("IT9XXX", QVariant(), "144", { { "DXCC", "Sicily" } }),
+        contact("DL1ABC", QVariant(), "144", { { "DXCC", "Fed. Rep. of Germany" }, { "DxccNr", 230 } }),
+        contact("G4XYZ/MM", QVariant(), "144", { { "DXCC", "England" }, { "DxccNr", 223 } }),
+        contact("W1ABC/6", QVariant(), "144", { { "CQZone", 4 }, { "Cont", "" } }) }));
+    DbError error;
+    EXPECT_EQ(DxccRecheck::run(db.path(), &error), 3) << error.text().toStdString();
+    QStringList rows;
+    for (const Row& r : db.rows({ "Callsign", "DXCC", "DxccNr", "CQZone", "ITUZone", "Cont" }))
+        rows << QStringLiteral("%1 %2 %3 %4 %5 %6")
+                    .arg(r["Callsign"].toString(), r["DXCC"].toString(), r["DxccNr"].toString(),
+                        r["CQZone"].toString(), r["ITUZone"].toString(), r["Cont"].toString());
+    EXPECT_EQ(rows.join('|').toStdString(),
+        "IT9XXX Italy 248 15 28 EU|DL1ABC Fed. Rep. of Germany 230   |G4XYZ/MM     |"
+        "W1ABC/6 United States 291 4 6 NA");
+    EXPECT_EQ(DxccRecheck::run(db.path()), 0);
+    EXPECT_EQ(DxccRecheck::run(db.dir.file("none.db"), &error), -1);
 }
 
 QStringList masterScpCalls()
