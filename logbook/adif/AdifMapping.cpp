@@ -77,12 +77,6 @@ QString freqColumn(const QString& freq, const QString& band)
 
 namespace AdifMapping {
 
-QString dateFromAdif(const QString& adif)
-{
-    const QDate d = LogClock::compactDate(adif.trimmed());
-    return d.isValid() ? LogClock::storedDate(d) : QString();
-}
-
 QString dateToAdif(const QString& stored)
 {
     const QDate d = LogClock::date(stored);
@@ -212,7 +206,8 @@ QString extraText(QList<QPair<QString, QString>> fields)
     QByteArray out;
     for (const auto& [name, value] : fields)
         appendField(out, name.toLatin1().constData(), value);
-    return QString::fromUtf8(out.trimmed());
+    out.chop(1); // the blank after the last value, never a blank of the value
+    return QString::fromUtf8(out);
 }
 
 QByteArray recordText(const AdifContact& c, LogClock::Base clock)

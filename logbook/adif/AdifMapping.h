@@ -64,8 +64,7 @@ QString propCode(const QString& propMode);
 // PSK31/63/125 PSK ones; the import keeps SUBMODE when there is one.
 QPair<QString, QString> modeFields(const QString& mode);
 
-// "20261115" <-> "2026-11-15"; "182000" or "1820" <-> "18:20:00" or "18:20".
-QString dateFromAdif(const QString& adif);
+// "2026-11-15" -> "20261115"; "182000" or "1820" <-> "18:20:00" or "18:20".
 QString dateToAdif(const QString& stored);
 QString timeFromAdif(const QString& adif);
 QString timeToAdif(const QString& text);

@@ -3,7 +3,7 @@
 #include "core/ExtensionSettings.h"
 #include "logbook/db/LogDate.h"
 
-#include <QTimeZone>
+#include <algorithm>
 
 namespace {
 
@@ -58,7 +58,23 @@ QDateTime now(Base base)
 
 QDateTime toUtc(QDate date, QTime time, Base base)
 {
-    return QDateTime(date, time, base == Base::Utc ? Qt::UTC : Qt::LocalTime).toUTC();
+    const QDateTime asUtc(date, time, Qt::UTC);
+    if (base == Base::Utc)
+        return asUtc;
+    // The C library's answer for a repeated or skipped local time depends on its last call, so
+    // the offsets a day before and after decide: a time both give is repeated (the earlier
+    // wins), a time neither gives was skipped (read with the offset before the change).
+    const qint64 local = asUtc.toMSecsSinceEpoch();
+    auto offsetAt = [](qint64 utcMs) {
+        return qint64(QDateTime::fromMSecsSinceEpoch(utcMs, Qt::LocalTime).offsetFromUtc()) * 1000;
+    };
+    const qint64 day = 86'400'000;
+    const qint64 before = local - offsetAt(local - day);
+    const qint64 after = local - offsetAt(local + day);
+    const bool beforeFits = before + offsetAt(before) == local;
+    const bool afterFits = after + offsetAt(after) == local;
+    const qint64 utc = beforeFits && afterFits ? std::min(before, after) : afterFits ? after : before;
+    return QDateTime::fromMSecsSinceEpoch(utc, Qt::UTC);
 }
 
 QDateTime fromUtc(QDate date, QTime time, Base base)

@@ -60,7 +60,7 @@ const QByteArray FullRecord
     = "<CALL:6>IT9XXX <QSO_DATE:8>20260614 <TIME_ON:6>101530 <TIME_OFF:6>102010 <BAND:3>20m "
       "<FREQ:6>14.205 <MODE:3>SSB <SUBMODE:3>USB <RST_SENT:2>59 <RST_RCVD:2>57 <GRIDSQUARE:8>JM77EN12 "
       "<GRIDSQUARE_EXT:2>AB <NAME:5>Salvo <QTH:7>Catania <EMAIL:14>it9xxx@mail.it <STATE:2>CT "
-      "<CNTY:7>Catania <IOTA:6>EU-025 <SOTA_REF:10>IT9/SI-001 <POTA_REF:7>IT-0123 <VUCC_GRIDS:9>JM77,JM78 "
+      "<CNTY:7>Catania <IOTA:6>EU-025 <SOTA_REF:10>IT9/SI-001 <POTA_REF:7>IT-0123 <VUCC_GRIDS:10>JM77,JM78  "
       "<SAT_NAME:6>QO-100 <QSLMSG:11>Tnx fer QSO <QSL_SENT:1>N <QSL_RCVD:1>N <LOTW_QSL_RCVD:1>Y "
       "<EQSL_QSL_RCVD:1>Y <COUNTRY:6>Sicily <DXCC:3>248 <CQZ:2>15 <ITUZ:2>28 <CONT:2>EU "
       "<APP_OTHERLOG_RIG:7>IC-7300 <EOR>\n";
@@ -83,7 +83,7 @@ TEST(AdifLossless, EveryFieldSurvivesImportExportImport)
         "<APP_OTHERLOG_RIG:7>IC-7300 <CNTY:7>Catania <COUNTRY:6>Sicily <EMAIL:14>it9xxx@mail.it "
         "<EQSL_QSL_RCVD:1>Y <IOTA:6>EU-025 <LOTW_QSL_RCVD:1>Y <POTA_REF:7>IT-0123 <QSLMSG:11>Tnx fer QSO "
         "<QSL_RCVD:1>N <QSL_SENT:1>N <QTH:7>Catania <SAT_NAME:6>QO-100 <SOTA_REF:10>IT9/SI-001 <STATE:2>CT "
-        "<TIME_OFF:6>102010 <VUCC_GRIDS:9>JM77,JM78");
+        "<TIME_OFF:6>102010 <VUCC_GRIDS:10>JM77,JM78 ");
 
     const QByteArray exported = exportText(first);
     EXPECT_EQ(exported.toStdString(),
@@ -93,7 +93,7 @@ TEST(AdifLossless, EveryFieldSurvivesImportExportImport)
         "<CONT:2>EU <CQZ:2>15 <ITUZ:2>28 <APP_OTHERLOG_RIG:7>IC-7300 <CNTY:7>Catania "
         "<APP_KESTREL_COUNTRY:6>Sicily <EMAIL:14>it9xxx@mail.it <EQSL_QSL_RCVD:1>Y <IOTA:6>EU-025 "
         "<LOTW_QSL_RCVD:1>Y <POTA_REF:7>IT-0123 <QSLMSG:11>Tnx fer QSO <QTH:7>Catania <SAT_NAME:6>QO-100 "
-        "<SOTA_REF:10>IT9/SI-001 <STATE:2>CT <TIME_OFF:6>102010 <VUCC_GRIDS:9>JM77,JM78 <EOR>\n");
+        "<SOTA_REF:10>IT9/SI-001 <STATE:2>CT <TIME_OFF:6>102010 <VUCC_GRIDS:10>JM77,JM78  <EOR>\n");
 
     EntryTestDb second;
     EXPECT_EQ(importText(second, exported).toStdString(), "1 records imported from in.adi, 0 refused.");
@@ -225,6 +225,12 @@ TEST_F(AdifLocalClock, TimesRoundTripOnBothSidesOfTheChanges)
     EntryTestDb second;
     importText(second, exported, LogClock::Base::Local);
     EXPECT_EQ(table(second), table(first));
+    // A time typed into the hour the change skipped, and the hour it repeats.
+    for (const auto& [day, utc] : { std::pair { QDate(2026, 3, 29), "2026-03-29T01:30:00Z" },
+             std::pair { QDate(2026, 10, 25), "2026-10-25T00:30:00Z" } })
+        EXPECT_EQ(
+            LogClock::toUtc(day, QTime(2, 30), LogClock::Base::Local).toString(Qt::ISODate).toStdString(),
+            utc);
     // Kept on UTC, the log holds the file's times.
     EntryTestDb utc;
     importText(utc, file, LogClock::Base::Utc);
