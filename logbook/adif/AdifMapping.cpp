@@ -16,6 +16,13 @@ const QString AppProp = QStringLiteral("APP_KESTREL_PROP");
 const QString AppFreq = QStringLiteral("APP_KESTREL_FREQ");
 const QString AppPrefix = QStringLiteral("APP_KESTREL_");
 
+// The fields the import puts into columns (or that decide one); every other is kept as text.
+const QSet<QString> ConsumedFields = { "CALL", "QSO_DATE", "TIME_ON", "BAND", "FREQ", "GRIDSQUARE",
+    "DISTANCE", "SUBMODE", "RST_SENT", "RST_RCVD", "NAME", "COMMENT", "QSL_SENT", "QSL_RCVD", "PROP_MODE",
+    "COUNTRY", "DXCC", "QSL_VIA", "TX_PWR", "MY_ANTENNA", "STATION_CALLSIGN", "MY_GRIDSQUARE", "CONTEST_ID",
+    "STX", "STX_STRING", "SRX", "SRX_STRING", "QSLSDATE", "QSLRDATE", "CONT", "CQZ", "ITUZ", "NOTES", AppBand,
+    AppQsl, AppProp, AppFreq };
+
 // ADIF's PROP_MODE values.
 const QStringList PropModes = { "AS", "AUE", "AUR", "BS", "ECH", "EME", "ES", "F2", "FAI", "GWAVE",
     "INTERNET", "ION", "IRL", "LOS", "MS", "RPT", "RS", "SAT", "TEP", "TR" };
@@ -323,12 +330,9 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
             *reason = r.error;
         return false;
     }
-    QSet<QString> used;
-    // The value of a field, which then has a column and is not kept as extra text.
-    auto take = [&r, &used](const char* name) {
-        used.insert(QLatin1String(name));
-        return r.value(QLatin1String(name));
-    };
+    // A field of ConsumedFields: it has a column and is not kept as extra text.
+    auto take = [&r](const char* name) { return r.value(QLatin1String(name)); };
+    bool extJoined = false;
     QList<QPair<QString, QString>> extra;
     // A field kept as text where its column cannot take it.
     auto keep = [&](const char* name, const QString& why) {
@@ -378,7 +382,7 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
         c.grid = grid;
         if (grid.size() == 8 && Locator::isValid(grid + gridExt)) {
             c.grid += gridExt;
-            used.insert(QStringLiteral("GRIDSQUARE_EXT"));
+            extJoined = true;
         }
     } else if (!grid.isEmpty()) {
         keep("GRIDSQUARE", QStringLiteral("is not a locator"));
@@ -397,8 +401,8 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
     }
     const QString submode = take("SUBMODE");
     c.mode = submode.isEmpty() ? take("MODE") : submode;
-    if (submode.isEmpty() || modeFields(submode).first == r.value(QStringLiteral("MODE")))
-        used.insert(QStringLiteral("MODE")); // else the MODE of an unknown submode is kept
+    // The MODE of a submode that does not give it back is kept.
+    const bool modeKept = !submode.isEmpty() && modeFields(submode).first != r.value(QStringLiteral("MODE"));
     c.rsts = take("RST_SENT");
     c.rstr = take("RST_RCVD");
     c.nam = take("NAME");
@@ -416,7 +420,6 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
         }
     }
     c.prop = r.has(AppProp) ? r.value(AppProp) : propCode(take("PROP_MODE"));
-    used.insert(QStringLiteral("PROP_MODE"));
     c.dxcc = take("COUNTRY");
     c.dxccNr = take("DXCC").trimmed();
     c.qslman = take("QSL_VIA");
@@ -444,7 +447,8 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
     c.remarks = take("NOTES");
     for (auto it = r.fields.cbegin(); it != r.fields.cend(); ++it) {
         const QString& name = it.key();
-        if (used.contains(name) || name == AppBand || name == AppQsl || name == AppProp || name == AppFreq)
+        if (ConsumedFields.contains(name) || (name == QLatin1String("GRIDSQUARE_EXT") && extJoined)
+            || (name == QLatin1String("MODE") && !modeKept))
             continue;
         // What an earlier export wrote as APP_KESTREL_<name> was the record's own <name>.
         const QString own = name.startsWith(AppPrefix) ? name.mid(AppPrefix.size()) : name;
