@@ -38,6 +38,11 @@ QString writeStationFiles(const QString& dir, const SimPlaces& places)
     RecordingPrompts prompts;
     Station station(prompts);
     LoadStationConfig(station);
+    // A file Kestrel cannot read whole is the operator's to repair: saving it here would put
+    // defaults over what could not be read (the saved frequency, the CW texts).
+    if (!prompts.shown.isEmpty())
+        return QStringLiteral("%1 is left as it is; repair or remove it first. %2")
+            .arg(QDir(dir).filePath(StationConfigPath()), prompts.shown.join(QLatin1Char(' ')));
     SettingsTable& s = station.settings;
     const auto port = [&s](int used, int number, const QString& path) {
         s.setInt16(used, 1);
