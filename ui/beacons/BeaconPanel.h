@@ -51,10 +51,6 @@ public:
     BeaconGrid* grid() const { return grid_; }
     RecordsetModel& model() const { return *model_; }
 
-signals:
-    void listLoaded(int rows);
-    void beaconChosen(const QString& name, const QString& locator, const QString& qrg);
-
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
