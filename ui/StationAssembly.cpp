@@ -6,6 +6,7 @@
 #include "devices/rig/RigController.h"
 #include "gps/GpsdSource.h"
 #include "hub/StationHub.h"
+#include "logbook/db/DatabaseFault.h"
 #include "logbook/db/DatabaseFile.h"
 #include "ui/beacons/BeaconStation.h"
 #include "ui/cluster/ClusterWindow.h"
@@ -76,10 +77,32 @@ void StationAssembly::serveStation(Form1& form1, Station& station)
     hub_->start();
 }
 
+namespace {
+
+// The logbook window's object is made at start, before any database access. A database that
+// cannot serve gets one message here, naming the file; what fails with it at start (the list,
+// the beacons) would only repeat it.
+void connectDatabase(Station& station)
+{
+    if (!station.dbConnection.isEmpty())
+        return;
+    DbError e;
+    {
+        const PromptGate::Silence replaced(station.prompts);
+        e = DatabaseFile::connect(station);
+    }
+    if (e)
+        station.prompts.reportOnce(DatabaseFaultText(station.dbConnection, e), PromptGate::Fault::Cause);
+}
+
+} // namespace
+
 void StationAssembly::registerWindows(Form1& form1, Station& station)
 {
-    form1.registerWindow(
-        QStringLiteral("mnuARLog"), [&station](QWidget* parent) { return new Form5(station, parent); });
+    form1.registerWindow(QStringLiteral("mnuARLog"), [&station](QWidget* parent) {
+        connectDatabase(station);
+        return new Form5(station, parent);
+    });
     form1.registerWindow(QStringLiteral("mnuGPS"), [&station](QWidget* parent) {
         auto* form4 = new Form4(station, parent);
         if (ExtensionSettings::value(ExtensionKey::GpsSource) == u"gpsd") {

@@ -110,7 +110,6 @@ void KeyerController::setTransmitState(bool on)
     if (transmitState_ == on)
         return;
     transmitState_ = on;
-    emit transmitStateChanged(on);
 }
 
 void KeyerController::setSending(bool on)

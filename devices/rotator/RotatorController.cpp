@@ -49,10 +49,10 @@ void RotatorController::Rotorstop_click()
     com4().write(Rotator::Stop);
 }
 
-QString RotatorController::queryHeading()
+QString RotatorController::queryHeading(SerialLink& com4)
 {
-    com4().write(Rotator::Query);
-    return Rotator::readBack(com4().readAll());
+    com4.write(Rotator::Query);
+    return Rotator::readBack(com4.readAll());
 }
 
 void RotatorController::setAuto(bool on)

@@ -29,9 +29,10 @@ public:
     void turnRight();
     void Rotorstop_click();
 
-    // The tick's query: writes "AI1;" and returns the first three characters of what Com4 has
-    // received since the last call (empty when nothing), without waiting.
-    QString queryHeading();
+    // The main window's tick query on its Com4: writes "AI1;" and returns the first three
+    // characters of what the port has received since the last call (empty when nothing),
+    // without waiting.
+    static QString queryHeading(SerialLink& com4);
 
     // Elevation by hand: mouse-down switches the automatic mode off, ends a running pulse and
     // waits for its off edge, then runs the motor until mouse-up (the Station's hold flag is

@@ -10,6 +10,8 @@
 #include "tests/mapexport/KmlCheck.h"
 
 #include <QRegularExpression>
+#include <QDir>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 namespace {
@@ -148,4 +150,40 @@ TEST(BeaconGEB, NewDatabaseMapsEveryStarterBeaconWithoutGD)
         "<description>Beacon:[^<]+</description>.*?<coordinates>-?[0-9.]+,-?[0-9.]+</coordinates>"));
     EXPECT_EQ(kml.count(point), starters);
     EXPECT_EQ(kml.count(QStringLiteral("<coordinates></coordinates>")), 0);
+}
+
+TEST(BeaconGEB, SaysWhereTheMapIsWhenNoViewerStartsAndNamesTheFileWhenItCannotBeWritten)
+{
+    MapFixture f;
+    const QString folder = QDir::toNativeSeparators(QFileInfo(f.dir.path()).absoluteFilePath());
+    f.viewer.opens = false;
+    ASSERT_EQ(f.export_().status, Status::Written);
+    EXPECT_EQ(f.prompts.shown,
+        QStringList { "The map was written to earth.kml in " + folder
+            + ", but no program to show it could be started. Open it in Google Earth or another globe "
+              "viewer, or register one for .kml files." });
+
+    // a folder where the file should go
+    f.prompts.shown.clear();
+    ASSERT_TRUE(QFile::remove(f.dir.file("earth.kml")) && QDir(f.dir.path()).mkdir("earth.kml"));
+    EXPECT_EQ(f.export_().status, Status::Failed);
+    ASSERT_EQ(f.prompts.shown.size(), 1);
+    EXPECT_TRUE(
+        f.prompts.shown[0].startsWith("Error 75 (Path/File access error: earth.kml in " + folder + ": "))
+        << f.prompts.shown[0].toStdString();
+    EXPECT_TRUE(f.prompts.shown[0].endsWith(") in procedure GeB_Click of Formular form1"));
+}
+
+TEST(BeaconGEB, WithoutAHomeTheMapHasNoHomePointAndNoLines)
+{
+    MapFixture f;
+    GD(f.station, "");
+    f.station.lineBeacons = true;
+    f.station.homeCoords.clear(); // what an invalid own locator leaves
+    ASSERT_EQ(f.export_().status, Status::Written);
+    const QByteArray kml = f.file();
+    EXPECT_EQ(kml.count("<Placemark>"), 4) << kml.toStdString();
+    EXPECT_FALSE(kml.contains("<name> N0CALL</name>"));
+    EXPECT_FALSE(kml.contains("LineString"));
+    EXPECT_EQ(XmlLintErrors(f.dir.file("earth.kml")), "");
 }

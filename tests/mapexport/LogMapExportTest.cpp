@@ -7,6 +7,7 @@
 #include "tests/mapexport/LogDb.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -143,8 +144,16 @@ TEST(LogMapExport, NothingToShowBadInputOrAnUnwritableTargetIsReported)
     ASSERT_TRUE(QFile::remove(f.db.dir.file("earth.kml")) && QDir(f.db.dir.path()).mkdir("earth.kml"));
     f.band = "144%";
     EXPECT_EQ(f.run().status, Status::Failed);
-    EXPECT_TRUE(f.db.prompts.shown.last().startsWith("Error 75 (Path/File access error: "));
+    EXPECT_TRUE(f.db.prompts.shown.last().startsWith("Error 75 (Path/File access error: earth.kml in "
+        + QDir::toNativeSeparators(QFileInfo(f.db.dir.path()).absoluteFilePath()) + ": "))
+        << f.db.prompts.shown.last().toStdString();
     EXPECT_TRUE(f.viewer.opened.isEmpty());
+
+    // written, but nothing could show it: the operator is told where it is
+    ASSERT_TRUE(QDir(f.db.dir.path()).rmdir("earth.kml"));
+    f.viewer.opens = false;
+    EXPECT_EQ(f.run().status, Status::Written);
+    EXPECT_TRUE(f.db.prompts.shown.last().startsWith("The map was written to earth.kml in "));
 }
 
 TEST(LogMapExport, RunsInSlicesOnTheEventLoopAndCancelKeepsThePreviousFileAndColour)

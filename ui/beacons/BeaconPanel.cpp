@@ -148,8 +148,9 @@ void BeaconPanel::LoadBeaconList()
     BeaconList::Loaded loaded
         = BeaconList::load(station_.dbConnection, beSearch_->text(), banCoun_->isChecked(), nameFilter_);
     if (loaded.error) {
-        // the grid keeps what it showed
-        station_.prompts.information(
+        // the grid keeps what it showed; the list reloads on every activation, the fault is
+        // told once
+        station_.prompts.reportOnce(
             BeaconTexts::procedureError(loaded.error, QStringLiteral("LoadBeaconList")));
         return;
     }
@@ -158,7 +159,6 @@ void BeaconPanel::LoadBeaconList()
     model_->setRecordset(std::move(loaded.rs));
     quiet_ = false;
     grid_->setCaption(QString::number(rows));
-    emit listLoaded(rows);
 }
 
 void BeaconPanel::activate()

@@ -2,6 +2,7 @@
 
 #include "core/Station.h"
 #include "core/StationConfig.h"
+#include "geo/Locator.h"
 #include "logbook/browse/DxccLookup.h"
 #include "logbook/browse/GridColumns.h"
 #include "logbook/browse/LogGridModel.h"
@@ -325,10 +326,18 @@ void Form5::locatorCheck()
     }
     if (ui_.Gr->text().isEmpty())
         return;
-    if (RichtungQRB(station_, fields_, ui_.Gr->text()))
-        ui_.qrbInfo->setText(QStringLiteral("QRB: %1 km  QTF: %2\u00b0")
-                                 .arg(ContactSummary::numberText(fields_.distanceKm),
-                                     ContactSummary::numberText(fields_.bearing)));
+    if (RichtungQRB(station_, fields_, ui_.Gr->text())) {
+        // without an own locator the contact is kept with distance and bearing 0, and said why
+        const QString own = station_.settings.textAt(Setting::MyLocator);
+        if (!Locator::own(own)) {
+            ui_.qrbInfo->clear();
+            station_.prompts.information(Locator::ownProblem(own));
+        } else {
+            ui_.qrbInfo->setText(QStringLiteral("QRB: %1 km  QTF: %2\u00b0")
+                                     .arg(ContactSummary::numberText(fields_.distanceKm),
+                                         ContactSummary::numberText(fields_.bearing)));
+        }
+    }
     ui_.Rss->setFocus();
 }
 
