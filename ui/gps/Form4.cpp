@@ -18,6 +18,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <utility>
+
 struct Form4::Boxes {
     // RMC
     QLineEdit *txtUT, *txtRW, *txtLa, *txtLAD, *txtLo, *txtLOD, *txtSK, *txtCO, *txtDS, *txtMD;
@@ -75,6 +77,9 @@ Form4::Form4(Station& station, std::unique_ptr<SerialLink> link, QWidget* parent
     connect(cmdMyLocator_, &QPushButton::clicked, this, &Form4::takeLocatorClicked);
     connect(link_.get(), &SerialLink::readyRead, this, &Form4::onReadyRead);
     connect(link_.get(), &SerialLink::errorOccurred, this, &Form4::onLinkError);
+    silenceCheck_.setInterval(kSilenceCheckMs);
+    connect(&silenceCheck_, &QTimer::timeout, this, &Form4::checkSilence);
+    silenceCheck_.start();
     opened();
     showFix();
 }
@@ -220,6 +225,7 @@ void Form4::command1Clicked()
     if (link_->isOpen()) {
         link_->close();
         command1_->setText(QStringLiteral("&start"));
+        checkSilence();
         return;
     }
     const QString port = station_.settings.textAt(Setting::Com3Port);
@@ -229,6 +235,7 @@ void Form4::command1Clicked()
         return;
     }
     command1_->setText(QStringLiteral("&stop"));
+    checkSilence();
 }
 
 void Form4::onLinkError(const QString& text)
@@ -238,11 +245,24 @@ void Form4::onLinkError(const QString& text)
         command1_->setText(QStringLiteral("&start"));
         log(text);
     }
+    checkSilence();
+}
+
+void Form4::checkSilence()
+{
+    const SilenceWatch::State before = silence_.state();
+    silence_.tick(link_->isOpen(), std::exchange(heard_, false));
+    if (silence_.state() != before)
+        showFix();
 }
 
 void Form4::onReadyRead()
 {
-    const QList<GpsReceiver::Decoded> decoded = receiver_.feed(link_->readAll());
+    const QByteArray bytes = link_->readAll();
+    heard_ = heard_ || !bytes.isEmpty();
+    if (heard_ && silence_.state() == SilenceWatch::State::Silent)
+        checkSilence();
+    const QList<GpsReceiver::Decoded> decoded = receiver_.feed(bytes);
     for (const GpsReceiver::Decoded& d : decoded)
         showDecoded(d);
     showFix();
@@ -306,10 +326,15 @@ void Form4::showDecoded(const GpsReceiver::Decoded& d)
 
 void Form4::showFix()
 {
-    // The fix kind is what `txtMO` shows.
-    const FixKind fix = boxes_->txtMO->text() == u"3D-Fix" ? FixKind::ThreeD
-        : boxes_->txtMO->text() == u"2D-Fix"               ? FixKind::TwoD
-                                                           : FixKind::None;
+    // The fix kind is what `txtMO` shows; a stopped, lost or silent receiver has none, and
+    // its last sentences stand greyed.
+    const bool live = link_->isOpen() && silence_.state() != SilenceWatch::State::Silent;
+    for (QGroupBox* group : findChildren<QGroupBox*>())
+        group->setEnabled(live);
+    const FixKind fix = !live                ? FixKind::None
+        : boxes_->txtMO->text() == u"3D-Fix" ? FixKind::ThreeD
+        : boxes_->txtMO->text() == u"2D-Fix" ? FixKind::TwoD
+                                             : FixKind::None;
     const auto position = receiver_.position();
     grid_->setText(GpsDisplay::gridText(fix, position));
     QPalette pal = grid_->palette();
@@ -323,7 +348,7 @@ void Form4::showFix()
 void Form4::takeLocatorClicked()
 {
     const auto position = receiver_.position();
-    if (!position || receiver_.fix() == FixKind::None)
+    if (!position || receiver_.fix() == FixKind::None || !cmdMyLocator_->isEnabled())
         return;
     const QString locator = PositionToLocator(*position, 6);
     if (!station_.prompts.question(QStringLiteral("Take over %1 as own locator?").arg(locator)))
