@@ -31,6 +31,8 @@
 #include <QStatusBar>
 #include <QTableView>
 
+#include <utility>
+
 Q_LOGGING_CATEGORY(lcForm1, "kestrel.ui")
 
 namespace {
@@ -233,8 +235,10 @@ bool Form1::watchReplies(int n, bool answered)
 
 void Form1::retryLostPorts()
 {
-    // A USB adapter pulled out and plugged in again comes back by itself; its device file
-    // reappears first, so only an existing file is tried, at most once a second.
+    // A USB adapter pulled out and plugged in again comes back by itself: its device file goes
+    // and comes back, looked for at most once a second. A port that failed while its file
+    // stayed (busy, no permission) waits for the settings dialog instead of being tried
+    // over and over.
     for (int n = 1; n <= 4; ++n) {
         if (!portWanted_[n] || ports_.com(n).isOpen() || !portProblems_.contains(n))
             continue;
@@ -242,7 +246,13 @@ void Form1::retryLostPorts()
             continue;
         portRetry_[n].start();
         const QString path = PortText::devicePath(portNumbers_[n]);
-        if (path.isEmpty() || !QFileInfo::exists(path))
+        if (path.isEmpty())
+            continue;
+        if (!QFileInfo::exists(path)) {
+            portGone_[n] = true;
+            continue;
+        }
+        if (!std::exchange(portGone_[n], false))
             continue;
         qCInfo(lcForm1) << "Com" << n << "trying" << portNumbers_[n] << "again";
         openPort(n, portNumbers_[n], portSettings_[n]);
@@ -328,6 +338,7 @@ bool Form1::openPort(int n, const QString& portText, const QString& settings)
     portNumbers_[n] = portText;
     portSettings_[n] = settings;
     portWanted_[n] = true;
+    portGone_[n] = false;
     ui_.lblCom[n]->setText(MainPorts::lampText(n, portText));
     portProblems_.remove(n);
     if (!link.open(portText, settings)) {

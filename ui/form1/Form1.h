@@ -96,7 +96,7 @@ private:
     // Counts the tick for port n's device; true while its read-outs may be shown. The lamp
     // turns amber while the port is open but the device silent.
     bool watchReplies(int n, bool answered);
-    // Reopens a port that failed or vanished, once its device file is back.
+    // Reopens a port whose device file went away, once it is back.
     void retryLostPorts();
     void updateOverlay();
     // The window's size and splitter as last left (Kestrel.ini), else fitted to the screen.
@@ -112,6 +112,7 @@ private:
     QString portSettings_[5];
     bool portWanted_[5] = {}; // opened by the start-up or the settings, not closed since
     QElapsedTimer portRetry_[5];
+    bool portGone_[5] = {}; // its device file was missing since the port failed
     SilenceWatch silence_[5];
     QMap<int, QString> portProblems_;
     QString portMessage_; // what the status bar shows about the ports, "" when nothing
