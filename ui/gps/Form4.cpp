@@ -225,7 +225,7 @@ void Form4::command1Clicked()
     if (link_->isOpen()) {
         link_->close();
         command1_->setText(QStringLiteral("&start"));
-        checkSilence();
+        showFix();
         return;
     }
     const QString port = station_.settings.textAt(Setting::Com3Port);
@@ -235,7 +235,8 @@ void Form4::command1Clicked()
         return;
     }
     command1_->setText(QStringLiteral("&stop"));
-    checkSilence();
+    silence_ = SilenceWatch(); // counted afresh from the opening
+    showFix();
 }
 
 void Form4::onLinkError(const QString& text)
@@ -245,7 +246,7 @@ void Form4::onLinkError(const QString& text)
         command1_->setText(QStringLiteral("&start"));
         log(text);
     }
-    checkSilence();
+    showFix();
 }
 
 void Form4::checkSilence()
