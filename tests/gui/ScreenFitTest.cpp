@@ -90,7 +90,7 @@ TEST(ScreenFit, TheMainWindowFitsALaptopScreenWithEverythingReachable)
     }
     EXPECT_GE(visibleRows(w.table), 8);
 
-    // The lamps stand beside the menu, not in the status bar: its whole width is for the text.
+    // The lamps have a row of their own, not in the status bar: its whole width is for the text.
     for (int n = 1; n <= 4; ++n) {
         const QLabel* lamp = w.form->portLamp(n);
         EXPECT_TRUE(lamp->isVisible() && screen.contains(onScreen(lamp))) << n;

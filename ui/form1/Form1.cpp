@@ -23,7 +23,6 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QLoggingCategory>
-#include <QMenuBar>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QScreen>
@@ -278,7 +277,8 @@ void Form1::restoreLayout()
             + 10 * table->verticalHeader()->defaultSectionSize() + 2 * table->frameWidth();
         beacons += rows - table->sizeHint().height();
     }
-    const int total = height() - menuBar()->sizeHint().height() - statusBar()->sizeHint().height();
+    layout()->activate(); // the splitter's height in this window, before it is first shown
+    const int total = ui_.mainSplitter->height();
     ui_.mainSplitter->setSizes({ qMax(total - beacons, 1), beacons });
 }
 

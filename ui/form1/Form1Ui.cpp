@@ -5,7 +5,6 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -13,6 +12,7 @@
 #include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -186,19 +186,22 @@ void Form1Ui::setupUi(QMainWindow* window)
     window->setCentralWidget(mainSplitter);
     window->statusBar()->setObjectName(QStringLiteral("statusBar"));
 
-    // port lamps
-    auto* lamps = new QWidget(bar);
+    // port lamps: a row of their own above the status bar, so that long port names take room
+    // neither from the status bar's text nor from the menu
+    auto* lamps = new QToolBar(QStringLiteral("Ports"), window);
     lamps->setObjectName(QStringLiteral("portLamps"));
-    auto* lampRow = new QHBoxLayout(lamps);
-    lampRow->setContentsMargins(4, 1, 4, 1);
-    lampRow->setSpacing(4);
+    lamps->setMovable(false);
+    lamps->setFloatable(false);
+    lamps->toggleViewAction()->setEnabled(false);
     for (int n = 1; n <= 4; ++n) {
         lblCom[n] = named(QStringLiteral("lblCom%1").arg(n), QStringLiteral("Com%1").arg(n), lamps);
         lblCom[n]->setFrameShape(QFrame::Panel);
         lblCom[n]->setFrameShadow(QFrame::Sunken);
         lblCom[n]->setContentsMargins(4, 0, 4, 0);
     }
-    for (int n : { 1, 2, 4, 3 })
-        lampRow->addWidget(lblCom[n]);
-    bar->setCornerWidget(lamps, Qt::TopRightCorner);
+    for (int n : { 1, 2, 4, 3 }) {
+        lamps->addWidget(lblCom[n]);
+        lamps->addSeparator();
+    }
+    window->addToolBar(Qt::BottomToolBarArea, lamps);
 }

@@ -1,8 +1,8 @@
 #pragma once
 // The main window's controls and their arrangement as a station panel: rig, rotator with the
 // compass and the locator box, sensor and weather, CW keyer and spectrum in a scrolling area,
-// the beacon list below a splitter, each in its own group box; the port lamps stand at the
-// right of the menu bar, so that the status bar's whole width is left to its messages.
+// the beacon list below a splitter, each in its own group box; the port lamps in a row of
+// their own above the status bar, whose whole width is left to its messages.
 #include <QString>
 
 class Compass;
