@@ -10,6 +10,7 @@
 #include "ui/StationAssembly.h"
 #include "ui/form1/Form1.h"
 
+#include <QAction>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
@@ -89,6 +90,10 @@ TEST(ScreenFit, TheMainWindowFitsALaptopScreenWithEverythingReachable)
         EXPECT_TRUE(widget->isVisible() && screen.contains(onScreen(widget))) << entry;
     }
     EXPECT_GE(visibleRows(w.table), 8);
+    // every menu entry on the menu bar itself, none behind its overflow arrow
+    const QMenuBar* bar = w.form->menuBar();
+    for (QAction* entry : bar->actions())
+        EXPECT_TRUE(bar->rect().contains(bar->actionGeometry(entry))) << entry->text().toStdString();
 
     // The lamps have a row of their own, not in the status bar: its whole width is for the text.
     for (int n = 1; n <= 4; ++n) {
