@@ -1,8 +1,11 @@
 #include "ui/StationAssembly.h"
 
+#include "core/ExtensionSettings.h"
 #include "core/Station.h"
 #include "devices/lines/OutputLines.h"
 #include "devices/rig/RigController.h"
+#include "gps/GpsdSource.h"
+#include "hub/StationHub.h"
 #include "logbook/db/DatabaseFile.h"
 #include "ui/beacons/BeaconStation.h"
 #include "ui/cluster/ClusterWindow.h"
@@ -13,9 +16,12 @@
 #include "ui/qsl/Form6.h"
 #include "ui/rig/RigPanel.h"
 #include "ui/rig/StationPanels.h"
+#include "ui/rotator/RotatorPanel.h"
 #include "ui/spectrum/SpectrumPanel.h"
 
 #include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 
 StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* viewer)
@@ -45,15 +51,42 @@ StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* view
             DatabaseFile::checkpoint(station.dbConnection);
     });
 
+    serveStation(form1, station);
     registerWindows(form1, station);
+}
+
+void StationAssembly::serveStation(Form1& form1, Station& station)
+{
+    RotatorPanel& rotator = panels_->rotator();
+    HubRotator::Window window;
+    window.readBack = [&form1] { return form1.ui().Label1->text(); };
+    window.elevation = [&form1] { return form1.elevation(); };
+    window.showAzimuth = [&rotator](const QString& text) {
+        if (rotator.text160())
+            rotator.text160()->setText(text);
+    };
+    hub_ = new StationHub(
+        station, form1.ports(), panels_->rig().controller(), rotator.controller(), std::move(window), &form1);
+    QObject::connect(&form1, &Form1::ticked, hub_, [hub = hub_] { hub->rotator().tick(); });
+    hub_->start();
 }
 
 void StationAssembly::registerWindows(Form1& form1, Station& station)
 {
     form1.registerWindow(
         QStringLiteral("mnuARLog"), [&station](QWidget* parent) { return new Form5(station, parent); });
-    form1.registerWindow(
-        QStringLiteral("mnuGPS"), [&station](QWidget* parent) { return new Form4(station, parent); });
+    form1.registerWindow(QStringLiteral("mnuGPS"), [&station](QWidget* parent) {
+        auto* form4 = new Form4(station, parent);
+        if (ExtensionSettings::value(ExtensionKey::GpsSource) == u"gpsd") {
+            auto* gpsd = new GpsdSource(
+                ExtensionSettings::value(ExtensionKey::GpsdHost, QStringLiteral("127.0.0.1")),
+                ExtensionSettings::value(ExtensionKey::GpsdPort, QStringLiteral("2947")).toUShort(), form4);
+            QObject::connect(gpsd, &GpsdSource::bytesArrived, form4, &Form4::bytesArrived);
+            QObject::connect(gpsd, &GpsdSource::report, form4, &Form4::report);
+            gpsd->start();
+        }
+        return form4;
+    });
     form1.registerWindow(QStringLiteral("mnuInitial"),
         [&station, &form1](QWidget* parent) { return new Form2(station, form1, parent); });
     form1.registerWindow(
@@ -63,11 +96,8 @@ void StationAssembly::registerWindows(Form1& form1, Station& station)
         auto* cluster = new ClusterWindow(station, parent);
         cluster->setOpenSettings([&form1] { form1.showWindow(QStringLiteral("mnuInitial")); });
         // A picked spot tunes the rig through the same path as the main window's own tuning.
-        cluster->setTuneTo([panels](const QString& tenHz) {
-            RigController& rig = panels->rig().controller();
-            rig.setCounter(tenHz.toLongLong());
-            rig.SendFreq(tenHz);
-        });
+        cluster->setTuneTo(
+            [panels](const QString& tenHz) { panels->rig().controller().tuneTo(tenHz.toLongLong()); });
         return cluster;
     });
 }

@@ -33,8 +33,9 @@ public:
     // received since the last call (empty when nothing), without waiting.
     QString queryHeading();
 
-    // Elevation by hand: mouse-down switches the automatic mode off first, then runs the motor
-    // until mouse-up (the Station's hold flag is set meanwhile).
+    // Elevation by hand: mouse-down switches the automatic mode off, ends a running pulse and
+    // waits for its off edge, then runs the motor until mouse-up (the Station's hold flag is
+    // set meanwhile). The output lines refuse the other direction while one runs.
     void elevationPressed(bool up);
     void elevationReleased(bool up);
 
@@ -63,5 +64,6 @@ private:
     OutputLines& lines_;
     LinePulser pulser_;
     bool auto_ = false;
+    bool held_ = false; // an elevation button is down: no automatic pulse
     int pulseLengthMs_ = 50;
 };

@@ -46,6 +46,13 @@ BeaconPanel::BeaconPanel(Station& station, MapViewer* viewer, QWidget* parent)
 {
     setObjectName(QStringLiteral("beaconPanel"));
     buildUi();
+    // The chosen beacon is the cluster window's option-2 spot: frequency, call, its locator.
+    connect(this, &BeaconPanel::beaconChosen, this,
+        [this](const QString& name, const QString& locator, const QString& qrg) {
+            station_.spotQrg = qrg;
+            station_.spotCall = name;
+            station_.spotRemark = locator;
+        });
 }
 
 BeaconPanel::~BeaconPanel() = default;

@@ -5,6 +5,7 @@
 #include "cluster/SpotFilterModel.h"
 #include "cluster/SpotLines.h"
 #include "cluster/SpotTableModel.h"
+#include "core/ExtensionSettings.h"
 #include "core/Station.h"
 #include "core/StationConfig.h"
 #include "ui/cluster/UpperCaseValidator.h"
@@ -107,6 +108,8 @@ void ClusterWindow::formLoad()
         ui_->uSc_MultiOption1->setValue(station_.settings.intAt(Setting::ClusterOption1));
         ui_->uSc_MultiOption2->setValue(station_.settings.intAt(Setting::ClusterOption2));
     }
+    const QString autoLogin = ExtensionSettings::value(ExtensionKey::ClusterAutoLogin).trimmed().toLower();
+    client_->setAutoLogin(autoLogin == u"true" || autoLogin == u"1" ? myCall_.trimmed() : QString());
     client_->connectTo(server);
     sendText_.clear();
     ui_->QrgD->setText(SpotLines::qrgFromFrequencyText(station_.frequencyText));

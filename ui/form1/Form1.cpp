@@ -372,7 +372,7 @@ void Form1::onPortError(int n, const QString& text)
 {
     qCWarning(lcForm1) << "Com" << n << text;
     portProblems_[n] = text;
-    setLamp(n, QStringLiteral("failed"), text);
+    setLamp(n, ports_.com(n).isBusy() ? QStringLiteral("busy") : QStringLiteral("failed"), text);
     showPortProblems();
 }
 
@@ -385,7 +385,7 @@ void Form1::setLamp(int n, const QString& state, const QString& tip)
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(0,255,0); color: black;"));
     else if (state == QLatin1String("silent"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(255,176,0); color: black;"));
-    else if (state == QLatin1String("failed"))
+    else if (state == QLatin1String("failed") || state == QLatin1String("busy"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(255,0,0); color: white;"));
     else
         lamp->setStyleSheet(QStringLiteral("background-color: #d0d0d0; color: #404040;"));

@@ -163,6 +163,11 @@ void Form4::buildUi()
         b.txtSat[i] = box(QStringLiteral("txtSat%1").arg(i).toLatin1().constData(), 30);
         used->addWidget(b.txtSat[i], 1 + (i - 1) / 4, (i - 1) % 4);
     }
+    // Every system's used satellites: the boxes above hold only the last GSA read.
+    usedSystems_ = new QLabel(gsa);
+    usedSystems_->setObjectName(QStringLiteral("lblUsedSystems"));
+    usedSystems_->setWordWrap(true);
+    used->addWidget(usedSystems_, 4, 0, 1, 4);
     auto* gsaGrid = static_cast<QGridLayout*>(gsa->layout());
     gsaGrid->addLayout(used, 5, 0, 1, 2);
     gsaGrid->setRowStretch(6, 1);
@@ -252,14 +257,20 @@ void Form4::onLinkError(const QString& text)
 void Form4::checkSilence()
 {
     const SilenceWatch::State before = silence_.state();
-    silence_.tick(link_->isOpen(), std::exchange(heard_, false));
+    silence_.tick(link_->isOpen() || otherSource_, std::exchange(heard_, false));
     if (silence_.state() != before)
         showFix();
 }
 
 void Form4::onReadyRead()
 {
-    const QByteArray bytes = link_->readAll();
+    bytesArrived(link_->readAll());
+}
+
+void Form4::bytesArrived(const QByteArray& bytes)
+{
+    if (!link_->isOpen())
+        otherSource_ = true; // gpsd
     heard_ = heard_ || !bytes.isEmpty();
     if (heard_ && silence_.state() == SilenceWatch::State::Silent)
         checkSilence();
@@ -327,15 +338,13 @@ void Form4::showDecoded(const GpsReceiver::Decoded& d)
 
 void Form4::showFix()
 {
-    // The fix kind is what `txtMO` shows; a stopped, lost or silent receiver has none, and
-    // its last sentences stand greyed.
-    const bool live = link_->isOpen() && silence_.state() != SilenceWatch::State::Silent;
+    // A stopped, lost or silent source has no fix, and its last sentences stand greyed; a live
+    // one shows its fix from GSA, GGA or RMC, stale data none (not `txtMO` alone).
+    const bool live = (link_->isOpen() || otherSource_) && silence_.state() != SilenceWatch::State::Silent;
     for (QGroupBox* group : findChildren<QGroupBox*>())
         group->setEnabled(live);
-    const FixKind fix = !live                ? FixKind::None
-        : boxes_->txtMO->text() == u"3D-Fix" ? FixKind::ThreeD
-        : boxes_->txtMO->text() == u"2D-Fix" ? FixKind::TwoD
-                                             : FixKind::None;
+    const FixKind fix = live ? receiver_.fix() : FixKind::None;
+    usedSystems_->setText(GpsDisplay::usedText(receiver_));
     const auto position = receiver_.position();
     grid_->setText(GpsDisplay::gridText(fix, position));
     QPalette pal = grid_->palette();
