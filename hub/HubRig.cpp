@@ -35,7 +35,12 @@ qint64 HubRig::frequencyHz() const
 
 int HubRig::setFrequencyHz(qint64 hz)
 {
-    rig_.setCounter((hz + 5) / 10); // the counter counts 10 Hz
+    const qint64 counter = (hz + 5) / 10; // the counter counts 10 Hz
+    // A frequency neither the rig nor a transverter takes is the client's error, answered on
+    // the socket rather than with a box on the operator's screen.
+    if (!rig_.rigFrequency(counter))
+        return Hamlib::InvalidArgument;
+    rig_.setCounter(counter);
     if (pending_)
         ++coalesced_;
     pending_ = true;

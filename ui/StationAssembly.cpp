@@ -39,11 +39,16 @@ StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* view
     QAction* recording = form1.menuBar()->addAction(QStringLiteral("&Recording..."));
     recording->setObjectName(QStringLiteral("mnuRecording"));
     QObject::connect(recording, &QAction::triggered, spectrum, [&form1, spectrum] {
-        const QString path = QFileDialog::getOpenFileName(
-            &form1, QStringLiteral("Open recording"), QString(), QStringLiteral("WAV files (*.wav)"));
+        const QString path = QFileDialog::getOpenFileName(&form1, QStringLiteral("Open recording"), QString(),
+            QStringLiteral("Recordings (*.wav *.flac *.ogg *.oga *.opus *.aif *.aiff *.au *.caf *.w64);;"
+                           "All files (*)"));
         if (!path.isEmpty())
             spectrum->openWaveFile(path);
     });
+    QAction* soundCard = form1.menuBar()->addAction(QStringLiteral("&Sound card"));
+    soundCard->setObjectName(QStringLiteral("mnuSoundCard"));
+    soundCard->setToolTip(QStringLiteral("Back from a recording to the live sound card"));
+    QObject::connect(soundCard, &QAction::triggered, spectrum, &SpectrumPanel::useSoundCard);
 
     // Leave backup.db whole on its own, without its write-ahead journal beside it.
     QObject::connect(&form1, &Form1::unloaded, &form1, [&station] {

@@ -1,5 +1,6 @@
 #include "logbook/db/SeedData.h"
 
+#include "logbook/db/BeaconMapTexts.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogbookLogging.h"
 
@@ -92,11 +93,14 @@ bool fill(DbConnection& c, DbError* error)
     for (const DxccRow& r : dxccRows())
         dxcc.append({ r.pattern, r.country, r.prefix });
     QList<QStringList> beaconRows;
+    // With their map columns, so the first beacon map has its points without GD.
     for (const BeaconSeed& b : beacons())
-        beaconRows.append({ b.beacon, b.locator, b.qrg, b.equipment, b.mode });
+        beaconRows.append({ b.beacon, b.locator, b.qrg, b.equipment, b.mode, BeaconGridXY(b.locator),
+            BeaconGeData(b.beacon, b.qrg, b.locator, b.equipment) });
     return batchInsert(c, "INSERT INTO dxccdata (dxcccode, Country, Prefix) VALUES (?, ?, ?)", dxcc, error)
         && batchInsert(c,
-            "INSERT INTO PNT_Beacon (beacon, Locator, qrg, Equipment, Mode) VALUES (?, ?, ?, ?, ?)",
+            "INSERT INTO PNT_Beacon (beacon, Locator, qrg, Equipment, Mode, GEgridXY, GEdata) "
+            "VALUES (?, ?, ?, ?, ?, ?, ?)",
             beaconRows, error);
 }
 

@@ -2,11 +2,14 @@
 // coordinates included.
 #include "beacons/BeaconMapData.h"
 #include "beacons/BeaconMapExport.h"
+#include "logbook/db/DatabaseFile.h"
 #include "logbook/db/LogbookSchema.h"
+#include "logbook/db/SeedData.h"
 #include "mapexport/MapViewer.h"
 #include "tests/beacons/BeaconDb.h"
 #include "tests/mapexport/KmlCheck.h"
 
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 namespace {
@@ -125,4 +128,24 @@ TEST(BeaconGEB, ShortNamesAndTableTroubleAreReportedAndKeepTheOldFile)
     EXPECT_TRUE(error.startsWith("Error ") && error.endsWith(") in procedure GeB_Click of Formular form1"));
     EXPECT_EQ(f.file(), "previous");
     EXPECT_TRUE(f.viewer.opened.isEmpty());
+}
+
+TEST(BeaconGEB, NewDatabaseMapsEveryStarterBeaconWithoutGD)
+{
+    BeaconFixture f;
+    const QString path = f.dir.file("new.db");
+    ASSERT_TRUE(DatabaseFile::create(path));
+    f.station.dbConnection = path;
+    f.station.homeCoords = "9.16666666666667,48.9166666666667";
+    RecordingMapViewer viewer;
+    const BeaconExportOutcome out = GeB_Click(f.station, {}, viewer);
+    ASSERT_EQ(out.status, Status::Written) << out.message.toStdString();
+    const int starters = int(SeedData::beacons().size());
+    EXPECT_EQ(out.records, starters);
+    // Every placemark but home carries a point and its description.
+    const QString kml = QString::fromUtf8(f.dir.read("earth.kml"));
+    const QRegularExpression point(QStringLiteral(
+        "<description>Beacon:[^<]+</description>.*?<coordinates>-?[0-9.]+,-?[0-9.]+</coordinates>"));
+    EXPECT_EQ(kml.count(point), starters);
+    EXPECT_EQ(kml.count(QStringLiteral("<coordinates></coordinates>")), 0);
 }

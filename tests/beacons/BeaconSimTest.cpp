@@ -4,7 +4,9 @@
 #include "devices/lines/OutputLines.h"
 #include "devices/link/QtSerialLink.h"
 #include "devices/rig/RigController.h"
+#include "logbook/db/DatabaseFile.h"
 #include "logbook/db/RecordsetModel.h"
+#include "logbook/db/SeedData.h"
 #include "mapexport/MapViewer.h"
 #include "tests/beacons/BeaconDb.h"
 #include "tests/support/SimProcess.h"
@@ -20,6 +22,7 @@
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QTest>
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -30,6 +33,27 @@ int shownDegrees(const QString& richtung)
     const QRegularExpressionMatch m = QRegularExpression(QStringLiteral("QTF: *([0-9]+)")).match(richtung);
     return m.hasMatch() ? m.captured(1).toInt() : -1;
 }
+
+// The main window with its rig, rotator and beacon panels on the database `path`, shown and
+// active, its ports those of the kestrel-sim that wrote the current folder's settings.
+struct SimWindow {
+    explicit SimWindow(const QString& path)
+    {
+        station.dbConnection = path;
+        form->load();
+        form->show();
+    }
+    ~SimWindow() { form->close(); }
+    BeaconPanel& panel() { return beacons->panel(); }
+    RigController& rig() { return panels->rig().controller(); }
+
+    RecordingPrompts prompts;
+    Station station { prompts };
+    RecordingMapViewer viewer;
+    std::unique_ptr<Form1> form = std::make_unique<Form1>(station, makeQtSerialLink);
+    StationPanels* panels = new StationPanels(*form, std::make_unique<OutputLines>());
+    BeaconStation* beacons = new BeaconStation(*form, *panels, &viewer);
+};
 
 } // namespace
 
@@ -43,19 +67,12 @@ TEST(BeaconSim, ChosenBeaconTurnsTheRotatorToTheShownBearingAndTunesTheRig)
     ASSERT_TRUE(db.add({ { "OZ7IGY/B", "JO55WM", "144471", "Jystrup" },
         { "DB0XYZ/B", "JO40FF", "1296930", "" }, { "DL1ABC", "JO31", "144300", "not a beacon" } }));
 
-    RecordingPrompts prompts;
-    Station station(prompts);
-    station.dbConnection = db.path();
-    RecordingMapViewer viewer;
-    auto form = std::make_unique<Form1>(station, makeQtSerialLink);
-    auto* panels = new StationPanels(*form, std::make_unique<OutputLines>());
-    auto* beacons = new BeaconStation(*form, *panels, &viewer);
-    form->load();
-    form->show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    SimWindow w(db.path());
+    Form1* form = w.form.get();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
     ASSERT_TRUE(form->isPortOpen(4));
 
-    BeaconPanel& panel = beacons->panel();
+    BeaconPanel& panel = w.panel();
     BeaconGrid* grid = form->findChild<BeaconGrid*>(QStringLiteral("DataGrid1"));
     EXPECT_EQ(grid->caption(), "2"); // activation: beacons only
     const auto click = [&](int row) {
@@ -72,7 +89,7 @@ TEST(BeaconSim, ChosenBeaconTurnsTheRotatorToTheShownBearingAndTunesTheRig)
     EXPECT_GE(degrees, 5) << text("Richtung").toStdString(); // Jystrup lies north-north-east of JN48
     EXPECT_LE(degrees, 30);
     EXPECT_EQ(text("Text160").toInt(), degrees);
-    EXPECT_TRUE(prompts.shown.isEmpty()) << prompts.shown.join(" | ").toStdString();
+    EXPECT_TRUE(w.prompts.shown.isEmpty()) << w.prompts.shown.join(" | ").toStdString();
 
     const QString want = QStringLiteral("heading=%1.0 target=%1 motion=stopped").arg(degrees);
     const QString rotator = sim.waitFor("rotator", want, 8000);
@@ -82,12 +99,51 @@ TEST(BeaconSim, ChosenBeaconTurnsTheRotatorToTheShownBearingAndTunesTheRig)
     const QString rig = sim.waitFor("rig", "frequency=144471000 ");
     EXPECT_TRUE(rig.startsWith("frequency=144471000 ")) << rig.toStdString();
     EXPECT_TRUE(form->findChild<OptionGroup*>(QStringLiteral("OptBandV"))->button(2)->isChecked());
-    EXPECT_FALSE(panels->rig().controller().presetFlag());
+    EXPECT_FALSE(w.rig().presetFlag());
 
-    // A microwave beacon switches OptBandR and leaves the rig's frequency alone.
+    // A microwave beacon switches OptBandR, and the rig takes over its frequency.
     click(1 - row);
     EXPECT_TRUE(form->findChild<OptionGroup*>(QStringLiteral("OptBandR"))->button(1)->isChecked());
-    EXPECT_EQ(panels->rig().controller().microwaveBand(), 1);
-    EXPECT_TRUE(sim.status("rig").startsWith("frequency=144471000 "));
-    form->close();
+    EXPECT_EQ(w.rig().microwaveBand(), 1);
+    EXPECT_EQ(w.rig().counter(), 129693000);
+}
+
+// Every row of a new database's starter list, chosen in turn, leaves the simulated rig on that
+// row's own frequency (one call stands on ten bands there). The text dialect carries every
+// frequency. The FT-847's binary command has eight digits of 10 Hz: it carries the rows below
+// 1000 MHz; what it does with the microwave rows is the transverter table's business (the
+// controller still holds the row's frequency).
+TEST(BeaconSim, EveryStarterRowTunesTheRigToThatRow)
+{
+    TempDir dir;
+    SimProcess sim(dir.path());
+    ASSERT_TRUE(sim.ready()) << sim.errors().toStdString();
+    const QString path = dir.file("starter.db");
+    ASSERT_TRUE(DatabaseFile::create(path));
+    SimWindow w(path);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(w.form.get()));
+    BeaconPanel& panel = w.panel();
+    const int rows = panel.model().rowCount();
+    ASSERT_EQ(rows, int(SeedData::beacons().size()));
+
+    for (const bool text : { true, false }) {
+        w.station.settings.setBool(Setting::Check2, text);
+        for (int row = 0; row < rows; ++row) {
+            const QString qrg = panel.model().index(row, 2).data().toString();
+            const QString name = panel.model().index(row, 0).data().toString() + " " + qrg;
+            const qint64 hz = std::llround(qrg.toDouble() * 1000.0);
+            const int bandBefore = w.rig().bandIndex();
+            panel.grid()->setCurrentIndex(panel.model().index(row, 0));
+            EXPECT_EQ(w.rig().counter(), hz / 10) << name.toStdString();
+            if (qrg.startsWith("70"))
+                EXPECT_EQ(w.rig().bandIndex(), bandBefore) << "4 m keeps the band";
+            const QString want = QStringLiteral("frequency=%1 ").arg(hz);
+            if (text || hz < 1000000000) {
+                const QString rig = sim.waitFor("rig", want);
+                EXPECT_TRUE(rig.startsWith(want)) << name.toStdString() << ": " << rig.toStdString();
+            }
+        }
+        if (text)
+            EXPECT_TRUE(w.prompts.shown.isEmpty()) << w.prompts.shown.join(" | ").toStdString();
+    }
 }

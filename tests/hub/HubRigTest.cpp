@@ -37,3 +37,14 @@ TEST(HubRig, ASetWaitsForTheWindowsOwnBytes)
     const QByteArray expected = Cat::ModeCw + Cat::frequencyCommand(QStringLiteral("43210000"), 8);
     EXPECT_EQ(s.received(1, expected.size()), expected);
 }
+
+TEST(HubRig, AFrequencyTheRigCannotTakeIsTheClientsErrorAndNothingIsSent)
+{
+    HubStation s;
+    QSignalSpy display(&s.rig, &RigController::frequencyDisplayChanged);
+    EXPECT_EQ(s.hubRig.setFrequencyHz(1296200000), -1); // no transverter in Kestrel.ini
+    EXPECT_EQ(s.hubRig.sent(), 0);
+    EXPECT_EQ(display.size(), 0);
+    EXPECT_TRUE(s.prompts.shown.isEmpty());
+    EXPECT_EQ(s.received(1, 1, 100), QByteArray());
+}

@@ -57,12 +57,13 @@ TEST(LogMapExport, GoldensWithAndWithoutLinesAndTheColourCarriedOver)
     EXPECT_TRUE(MatchesGolden("log_lines_on.kml", bytes));
     EXPECT_EQ(XmlLintErrors(f.db.dir.file("earth.kml")), "");
     EXPECT_EQ(f.db.station.lineColour, "#ff707070"); // Ms, carried over the unknown F2
-    // The unknown code on the first record after start gives an empty colour element.
+    // The unknown code on the first record after start gives KML's default colour, never an
+    // empty colour element.
     EXPECT_TRUE(
         bytes.contains("<name>IO91WM</name><description>Log: DL2XY 144 kHz  15.11.2026 18:20 rsts:59 "
                        "rstr:57 QRB:512km  QTF:87 QSL: Y Prop: QRP &amp; &lt;5W&gt; 73</description>"));
-    EXPECT_TRUE(
-        bytes.contains("</coordinates> </LineString><Style><LineStyle><color></color><width>2</width>"));
+    EXPECT_TRUE(bytes.contains(
+        "</coordinates> </LineString><Style><LineStyle><color>#ffffffff</color><width>2</width>"));
 
     const KmlShape s = ReadKml(bytes);
     EXPECT_TRUE(s.ok);

@@ -8,6 +8,7 @@
 #include "ui/qsl/CardFace.h"
 
 #include <QComboBox>
+#include <QFontMetricsF>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -250,4 +251,18 @@ TEST_F(Form6Window, ThePrintDialogsPdfFileGetsACardPage)
     ASSERT_TRUE(m.hasMatch()) << out.toStdString();
     EXPECT_NEAR(m.captured(1).toDouble() * 25.4 / 72, 140.0, 0.5) << out.toStdString();
     EXPECT_NEAR(m.captured(2).toDouble() * 25.4 / 72, 90.0, 0.5) << out.toStdString();
+}
+
+TEST_F(Form6Window, ALongCallsignIsShownSmallerToFitItsBox)
+{
+    auto* cal = form->findChild<QLineEdit*>("Cal");
+    ASSERT_NE(cal, nullptr);
+    const int normal = cal->font().pixelSize();
+    QTest::keyClicks(cal, "DL1ABC");
+    EXPECT_EQ(cal->font().pixelSize(), normal); // fits as it is
+    cal->clear();
+    QTest::keyClicks(cal, "3D2/DL1ABC/QRP");
+    EXPECT_LT(cal->font().pixelSize(), normal);
+    EXPECT_LE(QFontMetricsF(cal->font()).horizontalAdvance(cal->text()), cal->contentsRect().width());
+    EXPECT_EQ(shown(CardName::Callsign), "3D2/DL1ABC/QRP");
 }
