@@ -44,6 +44,9 @@ inline const QString ClusterAutoLogin = QStringLiteral("cluster/autoLogin");
 inline const QString TraceLink = QStringLiteral("trace/link");
 // Group of the transverter table, one line per band: <RF start MHz>=<IF start MHz>[,<width MHz>].
 inline const QString TransverterGroup = QStringLiteral("transverters");
+// The log's clock: "local" (default; the new-contact line fills the local time) or "utc".
+// ADIF files are always in UTC; the import and export convert.
+inline const QString LogClock = QStringLiteral("log/clock");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

@@ -5,6 +5,7 @@
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogbookLogging.h"
 #include "logbook/db/LogbookSchema.h"
+#include "logbook/db/SchemaMigration.h"
 #include "logbook/db/SeedData.h"
 
 #include <QCoreApplication>
@@ -111,6 +112,7 @@ bool DatabaseFile::create(const QString& path, DbError* error)
                 break;
             ok = c.exec(sql);
         }
+        ok = ok && c.exec(QStringLiteral("PRAGMA user_version = %1").arg(SchemaMigration::CurrentVersion));
         DbError seedError;
         if (ok && !SeedData::fill(c, &seedError)) {
             c.rollback();
@@ -152,7 +154,7 @@ DbError DatabaseFile::prepare(const QString& path)
     checkpoint(path);
     if (!c.check(QStringLiteral("SELECT * FROM logtab")))
         return c.error();
-    return {};
+    return SchemaMigration::migrate(path).error;
 }
 
 DbError DatabaseFile::checkpoint(const QString& path)

@@ -14,6 +14,14 @@ const char* const LogColumns
       "NrSent TEXT, NrRcvd TEXT, QSLsent TEXT, QSLrcvd TEXT, Cont TEXT, "
       "CQZone INTEGER, ITUZone INTEGER, Remarks TEXT";
 const char* const MapColumns = "GEdata text(250), GEpoly text(250), GEgridXY text(250)";
+// Added by schema migration 2: the ADIF entity number, and the ADIF fields without a column of
+// their own as ADIF text ("<NAME:len>value" ...).
+const char* const AdifColumns = "DxccNr INTEGER, AdifExtra TEXT";
+// Column 1 is a LIKE pattern, column 2 the entity's name; the lookup reads them by position
+// and takes the first matching row in stored order, so rows go in most specific first. Columns
+// added later go after these.
+const char* const DxccColumns = "ID INTEGER PRIMARY KEY, dxcccode TEXT, Country TEXT, Prefix TEXT";
+const char* const DxccEntityColumns = "DxccNr INTEGER, CQZone INTEGER, ITUZone INTEGER, Cont TEXT";
 const char* const BeaconColumnList
     = "ID INTEGER PRIMARY KEY, beacon TEXT COLLATE NOCASE, Locator TEXT, qrg TEXT, "
       "Equipment TEXT, Mode TEXT";
@@ -24,15 +32,16 @@ namespace LogbookSchema {
 QStringList currentTables()
 {
     return {
-        QStringLiteral("CREATE TABLE logtab (%1, %2)")
-            .arg(QLatin1String(LogColumns), QLatin1String(MapColumns)),
+        QStringLiteral("CREATE TABLE logtab (%1, %2, %3)")
+            .arg(QLatin1String(LogColumns), QLatin1String(MapColumns), QLatin1String(AdifColumns)),
         QStringLiteral("CREATE INDEX logtab_band ON logtab (Band)"),
         QStringLiteral("CREATE INDEX logtab_callsign ON logtab (Callsign)"),
         QStringLiteral("CREATE INDEX logtab_grid ON logtab (Grid)"),
         QStringLiteral("CREATE INDEX logtab_date ON logtab (Date)"),
         QStringLiteral("CREATE TABLE PNT_Beacon (%1, GEpoly text(250), GEdata text(250), GEgridXY text(250))")
             .arg(QLatin1String(BeaconColumnList)),
-        dxccTable(),
+        QStringLiteral("CREATE TABLE dxccdata (%1, %2)")
+            .arg(QLatin1String(DxccColumns), QLatin1String(DxccEntityColumns)),
     };
 }
 
@@ -49,10 +58,7 @@ QString oldBeacons()
 
 QString dxccTable()
 {
-    // Column 1 is a LIKE pattern, column 2 the entity's name; the lookup reads them by position
-    // and takes the first matching row in stored order, so rows go in most specific first.
-    return QStringLiteral(
-        "CREATE TABLE dxccdata (ID INTEGER PRIMARY KEY, dxcccode TEXT, Country TEXT, Prefix TEXT)");
+    return QStringLiteral("CREATE TABLE dxccdata (%1)").arg(QLatin1String(DxccColumns));
 }
 
 } // namespace LogbookSchema

@@ -1,7 +1,8 @@
 #pragma once
 // The tables of the logbook database: the current layout a new file is made with, and the
-// older layout (31-column logtab, 8-column PNT_Beacon with XCoord/YCoord) that the schema
-// upgrade brings up to date. The column count is the schema version; nothing else records it.
+// older layout (31-column logtab, 8-column PNT_Beacon with XCoord/YCoord) that the
+// map-column upgrade brings up to date. PRAGMA user_version records the schema version (see
+// SchemaMigration).
 #include <QStringList>
 
 namespace LogbookSchema {
@@ -10,11 +11,11 @@ constexpr int LogtabColumns = 34;
 constexpr int BeaconColumnsOld = 8;
 constexpr int BeaconColumns = 9;
 
-// CREATE TABLE/INDEX statements of the current schema (logtab, PNT_Beacon, dxccdata).
+// CREATE TABLE/INDEX statements of the current schema version (logtab, PNT_Beacon, dxccdata).
 QStringList currentTables();
 // The older layout of logtab and PNT_Beacon, as delivered before the map columns existed.
 QString oldLogtab();
 QString oldBeacons();
-// The dxccdata table alone (old and current are the same).
+// The dxccdata table as it was before schema migration 2.
 QString dxccTable();
 } // namespace LogbookSchema

@@ -2,6 +2,7 @@
 // simulated station's pseudo-terminals; choosing a beacon must leave the simulated rotator on
 // the bearing the window shows and the simulated rig on the beacon's frequency.
 #include "devices/lines/OutputLines.h"
+#include "core/ExtensionSettings.h"
 #include "devices/link/QtSerialLink.h"
 #include "devices/rig/RigController.h"
 #include "logbook/db/DatabaseFile.h"
@@ -21,6 +22,7 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QTest>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -101,23 +103,31 @@ TEST(BeaconSim, ChosenBeaconTurnsTheRotatorToTheShownBearingAndTunesTheRig)
     EXPECT_TRUE(form->findChild<OptionGroup*>(QStringLiteral("OptBandV"))->button(2)->isChecked());
     EXPECT_FALSE(w.rig().presetFlag());
 
-    // A microwave beacon switches OptBandR, and the rig takes over its frequency.
+    // A microwave beacon with no transverter for its band is refused before anything moves:
+    // the display and the band buttons keep what the rig is on.
+    const int microwaveBand = w.rig().microwaveBand();
     click(1 - row);
-    EXPECT_TRUE(form->findChild<OptionGroup*>(QStringLiteral("OptBandR"))->button(1)->isChecked());
-    EXPECT_EQ(w.rig().microwaveBand(), 1);
-    EXPECT_EQ(w.rig().counter(), 129693000);
+    EXPECT_EQ(w.prompts.shown, QStringList { RigController::refusalText(129693000) });
+    EXPECT_EQ(w.rig().counter(), 14447100);
+    EXPECT_EQ(w.rig().microwaveBand(), microwaveBand);
 }
 
 // Every row of a new database's starter list, chosen in turn, leaves the simulated rig on that
-// row's own frequency (one call stands on ten bands there). The text dialect carries every
-// frequency. The FT-847's binary command has eight digits of 10 Hz: it carries the rows below
-// 1000 MHz; what it does with the microwave rows is the transverter table's business (the
-// controller still holds the row's frequency).
+// row's own frequency (one call stands on ten bands there); the microwave rows reach it through
+// the station's transverters, on their IF, while the display keeps the row's frequency.
 TEST(BeaconSim, EveryStarterRowTunesTheRigToThatRow)
 {
     TempDir dir;
     SimProcess sim(dir.path());
     ASSERT_TRUE(sim.ready()) << sim.errors().toStdString();
+    // RF start (MHz) -> IF start on the rig.
+    const QList<std::pair<int, int>> transverters
+        = { { 1296, 144 }, { 2320, 144 }, { 3400, 432 }, { 5760, 144 }, { 10368, 144 }, { 24048, 432 } };
+    {
+        QSettings ini(ExtensionSettings::path(), QSettings::IniFormat);
+        for (const auto& [rf, ifStart] : transverters)
+            ini.setValue(QStringLiteral("transverters/%1").arg(rf), ifStart);
+    }
     const QString path = dir.file("starter.db");
     ASSERT_TRUE(DatabaseFile::create(path));
     SimWindow w(path);
@@ -137,13 +147,14 @@ TEST(BeaconSim, EveryStarterRowTunesTheRigToThatRow)
             EXPECT_EQ(w.rig().counter(), hz / 10) << name.toStdString();
             if (qrg.startsWith("70"))
                 EXPECT_EQ(w.rig().bandIndex(), bandBefore) << "4 m keeps the band";
-            const QString want = QStringLiteral("frequency=%1 ").arg(hz);
-            if (text || hz < 1000000000) {
-                const QString rig = sim.waitFor("rig", want);
-                EXPECT_TRUE(rig.startsWith(want)) << name.toStdString() << ": " << rig.toStdString();
-            }
+            qint64 onRig = hz;
+            for (const auto& [rf, ifStart] : transverters)
+                if (hz >= rf * 1000000LL && hz < (rf + 2) * 1000000LL)
+                    onRig = hz - (rf - ifStart) * 1000000LL;
+            const QString want = QStringLiteral("frequency=%1 ").arg(onRig);
+            const QString rig = sim.waitFor("rig", want);
+            EXPECT_TRUE(rig.startsWith(want)) << name.toStdString() << ": " << rig.toStdString();
         }
-        if (text)
-            EXPECT_TRUE(w.prompts.shown.isEmpty()) << w.prompts.shown.join(" | ").toStdString();
     }
+    EXPECT_TRUE(w.prompts.shown.isEmpty()) << w.prompts.shown.join(" | ").toStdString();
 }

@@ -28,6 +28,12 @@ BeaconStation::BeaconStation(Form1& form1, StationPanels& panels, MapViewer* vie
     hooks.followBand = [&panels](const BeaconTuning& tuning) {
         RigPanel& rigPanel = panels.rig();
         RigController& rig = rigPanel.controller();
+        // A frequency the rig cannot take is refused before anything moves: the display and
+        // the band buttons keep what the rig is really on.
+        if (tuning.counter && !rig.rigFrequency(*tuning.counter)) {
+            rig.tuneTo(*tuning.counter);
+            return;
+        }
         if (tuning.counter)
             rig.setCounter(*tuning.counter);
         if (tuning.band && tuning.band->vhfOption != 0) {

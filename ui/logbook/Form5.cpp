@@ -12,6 +12,7 @@
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
 #include "logbook/entry/EntryRules.h"
+#include "logbook/entry/LogClock.h"
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
 #include "mapexport/MapViewer.h"
@@ -240,7 +241,7 @@ MapPosition Form5::storedPosition() const
 void Form5::addnew_Click()
 {
     EntryLine l = entryLine();
-    const bool ok = EntryRules::NewContact(l, station_.bandPattern, QDateTime::currentDateTime());
+    const bool ok = EntryRules::NewContact(l, station_.bandPattern, LogClock::now(LogClock::configured()));
     for (auto [box, text] : { std::pair { ui_.GM, l.GM }, { ui_.DA, l.DA }, { ui_.Rss, l.Rss },
              { ui_.Rr, l.Rr }, { ui_.mo, l.mo }, { ui_.Qs, l.Qs }, { ui_.Pr, l.Pr }, { ui_.Ba, l.Ba } })
         box->setText(text);
@@ -304,7 +305,7 @@ void Form5::dxccLookup()
 {
     const DxccLookupResult r = DxccLookup::lookup(station_.dbConnection, ui_.Ca->text());
     if (r.found)
-        ui_.cou->setText(r.entity);
+        ui_.cou->setText(r.entity.name);
     // No match or a failed lookup ends here: the caption and the focus stay, without a message.
     if (r.found && !r.error.isError())
         ui_.Gr->setFocus();
