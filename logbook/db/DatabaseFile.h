@@ -1,7 +1,7 @@
 #pragma once
-// Where the logbook database lives and how it comes to exist. The file is backup.db beside
-// the program; where that folder is not writable, backup.db in the user's application-data
-// folder; the key database/file of Kestrel.ini names another file. A missing file is created
+// Where the logbook database lives and how it comes to exist. The file is backup.db in the
+// user's application-data folder (one already beside the program stays in use there); the
+// key database/file of Kestrel.ini names another file. A missing file is created
 // in the current schema and filled with the shipped DXCC and beacon data; a file that cannot
 // serve (empty, not a database, read-only, folder missing) is reported, never overwritten.
 #include "logbook/db/DbError.h"
