@@ -1,6 +1,7 @@
 #pragma once
 // One connection to the logbook database for the length of one action: opened on
-// construction (busy timeout set), closed and forgotten on destruction. Missing files are
+// construction (busy timeout set); on destruction what it or another connection left in the
+// write-ahead journal is folded into the file, then it is closed and forgotten. Missing files are
 // never created by accident; failures become a DbError with a sentence the operator can read.
 #include "logbook/db/DbError.h"
 
