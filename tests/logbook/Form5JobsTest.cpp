@@ -84,3 +84,23 @@ TEST(Form5Jobs, ManyRefusalsAreListedBesideTheFile)
     EXPECT_TRUE(f.db.prompts.shown[0].contains("bad.adi.refused.txt"));
     EXPECT_EQ(f.db.dir.read("bad.adi.refused.txt").count('\n'), 40);
 }
+
+TEST(Form5Jobs, EdiExportWritesTheBandShownAndNamesTheContactsScoredZero)
+{
+    Form5Fixture f(10,
+        { imported("JO62QM", "144", "DL1ABC"), imported(QVariant(), "144", "DL2ABC"),
+            imported("IO91", "14200", "G4ABC") });
+    f.db.dir.write("Kestrel.ini", "[log]\nclock=utc\n[contest]\nname=2 m activity\nsection=SO\n");
+    f.form->exportEdi(f.db.dir.file("2m.edi"));
+    EXPECT_EQ(f.db.prompts.shown.last(),
+        "2 contacts (494 points) written to 2m.edi.\n2026-11-15 18:20 DL2ABC: no locator, scored 0.");
+    const QByteArray edi = f.db.dir.read("2m.edi");
+    EXPECT_TRUE(edi.contains(
+        "\r\nTName=2 m activity\r\nTDate=20261115;20261115\r\nPCall=N0CALL\r\nPWWLo=JN48OW\r\n"));
+    EXPECT_TRUE(edi.contains(
+        "\r\n261115;1820;DL1ABC;0;;;;;;JO62QM;494;;N;;\r\n261115;1820;DL2ABC;0;;;;;;;0;;;;\r\n"));
+    f.click("OptBand11"); // 432: nothing logged, no file
+    f.form->exportEdi(f.db.dir.file("70cm.edi"));
+    EXPECT_EQ(f.db.prompts.shown.last(), "No contacts on 432 MHz: no file written.");
+    EXPECT_FALSE(QFile::exists(f.db.dir.file("70cm.edi")));
+}

@@ -63,6 +63,7 @@ Form5::Form5(Station& station, QWidget* parent)
     connect(ui_.GoogleEarth, &QPushButton::clicked, this, &Form5::GoogleEarth_Click);
     connect(ui_.adifImport, &QPushButton::clicked, this, &Form5::chooseImportFile);
     connect(ui_.adifExport, &QPushButton::clicked, this, &Form5::chooseExportFile);
+    connect(ui_.ediExport, &QPushButton::clicked, this, &Form5::chooseEdiFile);
     connect(ui_.cmdExit, &QPushButton::clicked, this, &QWidget::close);
     connect(
         ui_.DataGrid1->horizontalHeader(), &QHeaderView::sortIndicatorChanged, model_, &LogGridModel::sort);

@@ -192,6 +192,9 @@ void Form5Ui::setupUi(QWidget* window)
     bottom->addWidget(adifImport);
     bottom->addWidget(adifExport);
     bottom->addWidget(adifAllBands);
+    ediExport = button("ediExport", QStringLiteral("ED&I export..."), content);
+    ediExport->setToolTip(QStringLiteral("Writes the band shown as an EDI contest file"));
+    bottom->addWidget(ediExport);
     bottom->addSpacing(12);
     cmdExit = button("cmdExit", QStringLiteral("E&xit"), content);
     bottom->addWidget(cmdExit);

@@ -46,6 +46,7 @@ struct Form5Ui {
     QPushButton* adifImport = nullptr;
     QPushButton* adifExport = nullptr;
     QCheckBox* adifAllBands = nullptr;
+    QPushButton* ediExport = nullptr; // the band shown, as an EDI contest file
     QPushButton* cmdExit = nullptr;
 
     void setupUi(QWidget* window);
