@@ -61,6 +61,23 @@ QString field(const QString& text)
     return headerText(text).replace(QLatin1Char(';'), QLatin1Char(','));
 }
 
+// "yyMMdd" and "HHmm" of a UTC time, without the general date formatter (5 000 records).
+void appendDigits(QString& out, int value, int digits)
+{
+    for (int d = digits - 1; d >= 0; --d) {
+        int p = 1;
+        for (int i = 0; i < d; ++i)
+            p *= 10;
+        out += QChar(u'0' + (value / p) % 10);
+    }
+}
+
+// "2026-11-07 14:02": how the report names a contact.
+QString when(const QDateTime& utc)
+{
+    return utc.toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+}
+
 QString mark(bool set, char letter)
 {
     return set ? QString(QLatin1Char(letter)) : QString();
@@ -88,7 +105,6 @@ void EdiLog::score()
     int best = -1;
     for (int i = 0; i < qsos_.size(); ++i) {
         EdiQso& q = qsos_[i];
-        const QString when = q.utc.toString(QStringLiteral("yyyy-MM-dd HH:mm"));
         if (calls.contains(callKey(q.call))) {
             q.dupe = true;
             continue;
@@ -97,13 +113,14 @@ void EdiLog::score()
         const QString loc = q.locator.trimmed();
         if (!EdiLocator::isValid(loc)) {
             problems_ << (loc.isEmpty()
-                    ? QStringLiteral("%1 %2: no locator, scored 0.").arg(when, q.call)
-                    : QStringLiteral("%1 %2: locator \"%3\" is not valid, scored 0.").arg(when, q.call, loc));
+                    ? QStringLiteral("%1 %2: no locator, scored 0.").arg(when(q.utc), q.call)
+                    : QStringLiteral("%1 %2: locator \"%3\" is not valid, scored 0.")
+                          .arg(when(q.utc), q.call, loc));
             continue;
         }
         if (loc.size() == 4)
             problems_ << QStringLiteral("%1 %2: 4-character locator %3, scored from the square's centre.")
-                             .arg(when, q.call, loc.toUpper());
+                             .arg(when(q.utc), q.call, loc.toUpper());
         if (!ownValid)
             continue;
         // Scored on the 6 characters the file carries, as the contest robot will.
@@ -206,9 +223,16 @@ QByteArray EdiLog::text(const QString& version) const
     out += QStringLiteral("[QSORecords;%1]\r\n").arg(qsos_.size());
     for (const EdiQso& q : qsos_) {
         const QString loc = q.locator.trimmed();
+        const QDate d = q.utc.date();
+        const QTime t = q.utc.time();
+        appendDigits(out, d.year() % 100, 2);
+        appendDigits(out, d.month(), 2);
+        appendDigits(out, d.day(), 2);
+        out += QLatin1Char(';');
+        appendDigits(out, t.hour(), 2);
+        appendDigits(out, t.minute(), 2);
+        out += QLatin1Char(';');
         const QString fields[] = {
-            q.utc.toString(QStringLiteral("yyMMdd")),
-            q.utc.toString(QStringLiteral("HHmm")),
             field(q.call).toUpper(),
             QString::number(modeCode(q.mode)),
             field(q.rstSent),
