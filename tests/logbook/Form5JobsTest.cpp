@@ -104,3 +104,32 @@ TEST(Form5Jobs, EdiExportWritesTheBandShownAndNamesTheContactsScoredZero)
     EXPECT_EQ(f.db.prompts.shown.last(), "No contacts on 432 MHz: no file written.");
     EXPECT_FALSE(QFile::exists(f.db.dir.file("70cm.edi")));
 }
+
+TEST(Form5Jobs, ContestNumbersCountPerBandAndReachAdifAndEdi)
+{
+    Form5Fixture f(10,
+        { contact("DL1ABC", "JO62QM", "144", { { "NrSent", "007" }, { "GMT", "18:00" } }),
+            contact("DL2ABC", "JO62QM", "432", { { "NrSent", "020" }, { "GMT", "18:00" } }) });
+    f.db.dir.write("Kestrel.ini", "[log]\nclock=utc\n");
+    f.click("addnew");
+    EXPECT_EQ(f.text("Ns"), "008");
+    f.edit("Ca")->setText("OK1KKD");
+    f.edit("Gr")->setText("JO70SQ");
+    f.edit("GM")->setText("18:05");
+    f.edit("Nr")->setText("15");
+    f.click("Save");
+    ASSERT_TRUE(f.waitIdle());
+    EXPECT_EQ(f.texts({ "Ns", "Nr" }), (QStringList { "", "" }));
+    EXPECT_EQ(f.db.rows({ "NrSent", "NrRcvd" }).last(), (Row { { "NrSent", "008" }, { "NrRcvd", "15" } }));
+    f.click("OptBand11");
+    f.click("addnew");
+    EXPECT_EQ(f.text("Ns"), "021");
+    f.click("OptBand10");
+    f.form->exportAdif(f.db.dir.file("2m.adi"), false);
+    ASSERT_TRUE(f.waitIdle());
+    EXPECT_TRUE(f.db.dir.read("2m.adi").contains("<STX:3>008 <SRX:2>15 "))
+        << f.db.dir.read("2m.adi").toStdString();
+    f.form->exportEdi(f.db.dir.file("2m.edi"));
+    EXPECT_TRUE(f.db.dir.read("2m.edi").contains(";1805;OK1KKD;1;59;008;59;015;;JO70SQ;"))
+        << f.db.dir.read("2m.edi").toStdString();
+}

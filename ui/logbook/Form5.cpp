@@ -11,6 +11,7 @@
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
+#include "logbook/entry/ContestNumbers.h"
 #include "logbook/entry/EntryRules.h"
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
@@ -230,6 +231,8 @@ EntryLine Form5::entryLine() const
     l.Qs = ui_.Qs->text();
     l.Pr = ui_.Pr->text();
     l.cou = ui_.cou->text();
+    l.Ns = ui_.Ns->text();
+    l.Nr = ui_.Nr->text();
     return l;
 }
 
@@ -249,6 +252,8 @@ void Form5::addnew_Click()
         station_.prompts.information(EntryRules::SelectBand);
         return;
     }
+    ui_.Ns->setText(ContestNumbers::nextSent(station_.dbConnection, station_.bandPattern));
+    ui_.Nr->clear();
     ui_.Ca->setFocus();
 }
 
@@ -260,8 +265,8 @@ void Form5::Save_Click()
         station_.prompts.information(ContactSave::NoNewRecordset);
         return;
     }
-    for (QLineEdit* b :
-        { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs, ui_.Co, ui_.Pr })
+    for (QLineEdit* b : { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs,
+             ui_.Co, ui_.Pr, ui_.Ns, ui_.Nr })
         b->clear();
     runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
 }

@@ -131,6 +131,16 @@ void Form5Ui::setupUi(QWidget* window)
     cou = label("cou", QString(), entry);
     cou->setMinimumWidth(160);
     entryRow->addWidget(cou);
+    entryRow->addWidget(new QLabel(QStringLiteral("Nr s"), entry));
+    Ns = named(new QLineEdit(entry), "Ns");
+    entryRow->addWidget(Ns);
+    entryRow->addWidget(new QLabel(QStringLiteral("Nr r"), entry));
+    Nr = named(new QLineEdit(entry), "Nr");
+    entryRow->addWidget(Nr);
+    for (QLineEdit* e : { Ns, Nr }) {
+        e->setFixedWidth(44);
+        e->setToolTip(QStringLiteral("Contest serial number (optional; counts per band)"));
+    }
     qrbInfo = label("qrbInfo", QString(), entry);
     entryRow->addWidget(qrbInfo, 1);
     addnew = button("addnew", QStringLiteral("&New QSO"), entry);

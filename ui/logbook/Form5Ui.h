@@ -20,6 +20,7 @@ struct Form5Ui {
     QLineEdit *DA = nullptr, *GM = nullptr, *Ca = nullptr, *Gr = nullptr, *Rss = nullptr, *Rr = nullptr;
     QLineEdit *Ba = nullptr, *mo = nullptr, *Na = nullptr, *Co = nullptr, *Qs = nullptr, *Pr = nullptr;
     QLabel* cou = nullptr;
+    QLineEdit *Ns = nullptr, *Nr = nullptr; // contest serial numbers sent and received
     QLabel* qrbInfo = nullptr; // distance and bearing of the locator entered
     QPushButton* Save = nullptr;
     QPushButton* addnew = nullptr;
