@@ -133,3 +133,15 @@ TEST(Form5Jobs, ContestNumbersCountPerBandAndReachAdifAndEdi)
     EXPECT_TRUE(f.db.dir.read("2m.edi").contains(";1805;OK1KKD;1;59;008;59;015;;JO70SQ;"))
         << f.db.dir.read("2m.edi").toStdString();
 }
+
+TEST(Form5Jobs, SquareMapWritesTheBandShownAndStartsTheViewer)
+{
+    Form5Fixture f(10,
+        { imported("JO62QM", "144", "DL1ABC"), imported("jo62", "144", "DL3ABC"),
+            imported("JN48", "144", "DL4ABC"), imported("IO91", "432", "G4ABC") });
+    f.click("squareMap");
+    EXPECT_EQ(f.db.prompts.shown, QStringList { "2m: 2 squares, 2 confirmed" });
+    ASSERT_EQ(f.viewer.opened.size(), 1);
+    EXPECT_EQ(QFileInfo(f.viewer.opened[0]).fileName(), "squares.kml");
+    EXPECT_EQ(f.db.dir.read("squares.kml").count("<Placemark>"), 2);
+}

@@ -62,6 +62,7 @@ Form5::Form5(Station& station, QWidget* parent)
     connect(ui_.Search, &QPushButton::clicked, this, &Form5::Search_Click);
     connect(ui_.gridDEC, &QPushButton::clicked, this, &Form5::gridDEC_Click);
     connect(ui_.GoogleEarth, &QPushButton::clicked, this, &Form5::GoogleEarth_Click);
+    connect(ui_.squareMap, &QPushButton::clicked, this, &Form5::squareMap_Click);
     connect(ui_.adifImport, &QPushButton::clicked, this, &Form5::chooseImportFile);
     connect(ui_.adifExport, &QPushButton::clicked, this, &Form5::chooseExportFile);
     connect(ui_.ediExport, &QPushButton::clicked, this, &Form5::chooseEdiFile);

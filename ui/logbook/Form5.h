@@ -44,6 +44,8 @@ public:
     void Search_Click();
     void gridDEC_Click();
     void GoogleEarth_Click();
+    // squares.kml in the current folder for the band shown (every band with "all"), then the viewer.
+    void squareMap_Click();
     // Asks " Delete Recordset ?" and deletes the grid's current row on Yes.
     void DataGrid1_BeforeDelete();
     // ADIF import of a file, export to a file (the buttons ask for the file first).

@@ -8,6 +8,8 @@
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
 #include "mapexport/RichtungQrb.h"
+#include "mapexport/MapViewer.h"
+#include "mapexport/SquareMap.h"
 #include "ui/logbook/Form5.h"
 #include "ui/logbook/SlicedJob.h"
 
@@ -290,4 +292,18 @@ void Form5::exportEdi(const QString& path)
         lines << QStringLiteral("... and %1 more.").arg(exporter.problems().size() - kReportLines);
     lines.prepend(exporter.report());
     station_.prompts.information(lines.join(QLatin1Char('\n')));
+}
+
+void Form5::squareMap_Click()
+{
+    if (isBusy())
+        return;
+    const QString path = QDir::current().filePath(QStringLiteral("squares.kml"));
+    SquareTally tally;
+    QString report;
+    const bool written = SquareMap::write(station_.dbConnection, station_.bandPattern, path,
+        station_.myCall + QStringLiteral(" squares"), &tally, &report);
+    station_.prompts.information(report);
+    if (written)
+        viewer_->open(path);
 }

@@ -194,6 +194,9 @@ void Form5Ui::setupUi(QWidget* window)
     gridDEC->setToolTip(
         QStringLiteral("Adds map data to imported contacts of this band that have a locator"));
     bottom->addWidget(gridDEC);
+    squareMap = button("squareMap", QStringLiteral("S&quare map"), content);
+    squareMap->setToolTip(QStringLiteral("Writes squares.kml: worked and confirmed squares per band"));
+    bottom->addWidget(squareMap);
     bottom->addStretch(1);
     adifImport = button("adifImport", QStringLiteral("ADIF &import..."), content);
     adifExport = button("adifExport", QStringLiteral("ADIF &export..."), content);

@@ -44,6 +44,7 @@ struct Form5Ui {
     QPushButton* Search = nullptr;
     QPushButton* GoogleEarth = nullptr;
     QPushButton* gridDEC = nullptr;
+    QPushButton* squareMap = nullptr; // award map of worked and confirmed squares
     QPushButton* adifImport = nullptr;
     QPushButton* adifExport = nullptr;
     QCheckBox* adifAllBands = nullptr;
