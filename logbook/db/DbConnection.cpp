@@ -75,10 +75,10 @@ DbConnection::DbConnection(const QString& file, int busyTimeoutMs, bool create)
 
 DbConnection::~DbConnection()
 {
-    // What this or an earlier connection left in the write-ahead journal goes into the file as
-    // the action ends, so that a copy of backup.db alone holds every saved contact. Passive: a
-    // reader or writer in the way is not waited for, the next close takes the rest.
-    if (open_ && sqlite3_get_autocommit(handle_) && QFileInfo(file_ + QStringLiteral("-wal")).size() > 0)
+    // What a write action left in the write-ahead journal goes into the file as it ends, so that
+    // a copy of backup.db alone holds every saved contact. Passive: a reader or writer in the way
+    // is not waited for, the next write action's close takes the rest.
+    if (open_ && sqlite3_get_autocommit(handle_) && (committed_ || sqlite3_total_changes(handle_) > 0))
         sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
     handle_ = nullptr;
     {
@@ -181,7 +181,10 @@ bool DbConnection::begin()
 
 bool DbConnection::commit()
 {
-    return exec(QStringLiteral("COMMIT"));
+    if (!exec(QStringLiteral("COMMIT")))
+        return false;
+    committed_ = true;
+    return true;
 }
 
 void DbConnection::rollback()
