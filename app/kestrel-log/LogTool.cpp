@@ -1,12 +1,17 @@
 #include "app/kestrel-log/LogTool.h"
 
+#include "core/SettingsTable.h"
+#include "core/StationConfig.h"
 #include "logbook/adif/AdifExport.h"
 #include "logbook/adif/AdifImport.h"
 #include "logbook/browse/DxccLookup.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/SchemaMigration.h"
+#include "logbook/edi/EdiExport.h"
+#include "logbook/entry/BandTable.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QSqlQuery>
 
@@ -29,6 +34,7 @@ QString LogTool::usage()
                           "       kestrel-log [--db FILE] export FILE.adi [--band PATTERN]\n"
                           "       kestrel-log [--db FILE] dxcc CALL...\n"
                           "       kestrel-log [--db FILE] check\n"
+                          "       kestrel-log [--db FILE] edi --band PATTERN FILE.edi\n"
                           "FILE is the logbook database; without --db, the one Kestrel uses.\n");
 }
 
@@ -79,6 +85,15 @@ int LogTool::run(const QStringList& arguments)
         if (args.isEmpty())
             return badUsage(QStringLiteral("dxcc takes one or more callsigns"));
         return dxcc(args);
+    }
+    if (command == QLatin1String("edi")) {
+        if (args.size() != 3 || !args.contains(QLatin1String("--band"))
+            || args.indexOf(QLatin1String("--band")) == 2)
+            return badUsage(QStringLiteral("edi takes --band PATTERN and one EDI file"));
+        const int at = int(args.indexOf(QLatin1String("--band")));
+        const QString band = args[at + 1];
+        args.remove(at, 2);
+        return exportEdi(args[0], band);
     }
     if (command == QLatin1String("check")) {
         if (!args.isEmpty())
@@ -183,4 +198,38 @@ int LogTool::check()
         out_ << "  " << p << '\n';
     out_.flush();
     return problems.isEmpty() ? Ok : fail(QStringLiteral("The database file is damaged: %1").arg(db_));
+}
+
+int LogTool::exportEdi(const QString& file, const QString& band)
+{
+    // The band as the window's button caption ("2m") or as its pattern ("144%").
+    QString pattern = band;
+    for (int i = 0; i < BandTable::AllBands; ++i) {
+        if (band.compare(BandTable::caption(i), Qt::CaseInsensitive) == 0)
+            pattern = BandTable::pattern(i);
+    }
+    // Kestrel.txt is read, never made: a missing one leaves the own call and locator empty.
+    SettingsTable settings;
+    QFile config(StationConfigPath());
+    if (config.open(QIODevice::ReadOnly)) {
+        const StationConfig::Parsed parsed = StationConfig::parse(config.readAll());
+        for (int i = 0; i < parsed.values.size() && i < Setting::SavedCount; ++i)
+            settings[i] = parsed.values[i];
+        for (const QString& p : parsed.problems)
+            err_ << "kestrel-log: Kestrel.txt: " << p << Qt::endl;
+    }
+    const EdiContest contest = EdiContest::fromSettings(settings);
+    if (contest.locator.isEmpty())
+        return fail(QStringLiteral("No own locator: an EDI file is scored from it. Run kestrel-log where "
+                                   "Kestrel.txt is (the folder Kestrel starts in)."));
+    if (!open(false))
+        return Failed;
+    EdiExport exporter(db_, pattern, EdiExport::logIsUtcFromSettings());
+    const EdiExport::Result result = exporter.write(contest, file);
+    for (const QString& p : exporter.problems())
+        err_ << "kestrel-log: " << p << Qt::endl;
+    if (result != EdiExport::Result::Written)
+        return fail(exporter.report());
+    out_ << exporter.report() << Qt::endl;
+    return Ok;
 }

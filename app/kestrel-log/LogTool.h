@@ -26,6 +26,8 @@ private:
     int exportAdif(const QString& file, const QString& bandPattern);
     int dxcc(const QStringList& calls);
     int check();
+    // One band as an EDI contest file, the station from Kestrel.txt and Kestrel.ini here.
+    int exportEdi(const QString& file, const QString& band);
     // Makes the database ready for a command (identified, created for an import, brought to the
     // current schema); false with the message written when it cannot serve.
     bool open(bool forWriting);

@@ -52,6 +52,7 @@ TEST_F(KestrelLog, ACommandLineItCannotUnderstandGivesUsageAndStatusTwo)
                          "       kestrel-log [--db FILE] export FILE.adi [--band PATTERN]\n"
                          "       kestrel-log [--db FILE] dxcc CALL...\n"
                          "       kestrel-log [--db FILE] check\n"
+                         "       kestrel-log [--db FILE] edi --band PATTERN FILE.edi\n"
                          "FILE is the logbook database; without --db, the one Kestrel uses.\n");
     const struct {
         QStringList args;
