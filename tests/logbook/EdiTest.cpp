@@ -1,4 +1,4 @@
-#include "DbTestSupport.h"
+#include "EdiGolden.h"
 #include "EdiReader.h"
 #include "core/SettingsTable.h"
 #include "logbook/edi/EdiExport.h"
@@ -8,33 +8,6 @@
 #include <QFile>
 
 namespace {
-QByteArray golden(const QString& name)
-{
-    QFile f(QStringLiteral(KESTREL_GOLDEN_DIR "/edi/") + name);
-    EXPECT_TRUE(f.open(QIODevice::ReadOnly)) << name.toStdString();
-    // The goldens close with version 0.1; the program names its own.
-    return f.readAll().replace("[END;Kestrel 0.1]", "[END;Kestrel " KESTREL_VERSION "]");
-}
-
-// The contest log of the goldens: Date;GMT;Callsign;mode;rsts;NrSent;rstr;NrRcvd;Grid;DxccNr;Band.
-QList<Row> contestLog()
-{
-    QList<Row> rows;
-    const QStringList columns
-        = { "Date", "GMT", "Callsign", "mode", "rsts", "NrSent", "rstr", "NrRcvd", "Grid", "DxccNr", "Band" };
-    for (const QString& line :
-        QString::fromLatin1(golden("contest-log.txt")).split('\n', Qt::SkipEmptyParts)) {
-        if (line.startsWith('#'))
-            continue;
-        const QStringList v = line.split(';');
-        Row r;
-        for (int i = 0; i < columns.size(); ++i)
-            r.insert(columns[i], v.value(i));
-        rows << r;
-    }
-    return rows;
-}
-
 EdiContest goldenContest()
 {
     EdiContest c;
@@ -57,7 +30,7 @@ EdiContest goldenContest()
 }
 
 struct EdiDb : TestDb {
-    EdiDb() { EXPECT_TRUE(created && add(contestLog())); }
+    EdiDb() { EXPECT_TRUE(created && add(ediContestLog())); }
 
     EdiExport::Result write(
         const QString& pattern, const QString& name, const EdiContest& c = goldenContest())
@@ -89,7 +62,7 @@ TEST(EdiExport, TwoMetreAndSeventyCentimetreLogsGiveTheGoldenFiles)
         ASSERT_EQ(db.write(c.pattern, c.file), EdiExport::Result::Written) << db.report.toStdString();
         EXPECT_EQ(db.report, QString(c.report));
         const QByteArray written = db.dir.read(c.file);
-        EXPECT_EQ(written.toStdString(), golden(c.file).toStdString());
+        EXPECT_EQ(written.toStdString(), ediGolden(c.file).toStdString());
         EdiFileRead::parse(written).expectConsistent();
     }
     // The 2 m log: the contacts scored 0 are named, the 4-character locator too.
@@ -110,7 +83,7 @@ TEST(EdiExport, ReadBackGivesTheLogsContactsInOrder)
     ASSERT_EQ(db.write("144%", "2m.edi"), EdiExport::Result::Written);
     const EdiFileRead f = EdiFileRead::parse(db.dir.read("2m.edi"));
     QList<Row> log;
-    for (const Row& r : contestLog()) {
+    for (const Row& r : ediContestLog()) {
         if (r["Band"] == "144")
             log << r;
     }

@@ -1,6 +1,6 @@
 // kestrel-log edi as a script meets it: the real program, in a folder with Kestrel.txt and
 // Kestrel.ini, on a real log; its file is the 2 m golden byte for byte.
-#include "DbTestSupport.h"
+#include "EdiGolden.h"
 #include "core/Station.h"
 #include "core/StationConfig.h"
 
@@ -27,35 +27,12 @@ ToolRun kestrelLog(const QStringList& arguments)
         QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError()) };
 }
 
-QByteArray golden(const QString& name)
-{
-    QFile f(QStringLiteral(KESTREL_GOLDEN_DIR "/edi/") + name);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-// The golden log into the database (Date;GMT;Callsign;mode;rsts;NrSent;rstr;NrRcvd;Grid;DxccNr;Band).
-QList<Row> contestLog()
-{
-    const QStringList columns
-        = { "Date", "GMT", "Callsign", "mode", "rsts", "NrSent", "rstr", "NrRcvd", "Grid", "DxccNr", "Band" };
-    QList<Row> rows;
-    for (const QString& line :
-        QString::fromLatin1(golden("contest-log.txt")).split('\n', Qt::SkipEmptyParts)) {
-        if (line.startsWith('#'))
-            continue;
-        Row r;
-        for (int i = 0; i < columns.size(); ++i)
-            r.insert(columns[i], line.split(';').value(i));
-        rows << r;
-    }
-    return rows;
-}
 } // namespace
 
 TEST(KestrelLogEdi, WritesTheBandFromTheStationFilesOfTheCurrentFolder)
 {
     TestDb db; // its folder is the current one
-    ASSERT_TRUE(db.created && db.add(contestLog()));
+    ASSERT_TRUE(db.created && db.add(ediContestLog()));
     // Without Kestrel.txt there is no own locator to score from.
     ToolRun r = kestrelLog({ "--db", db.path(), "edi", "--band", "2m", "2m.edi" });
     EXPECT_EQ(r.status, 1);
@@ -78,12 +55,9 @@ TEST(KestrelLogEdi, WritesTheBandFromTheStationFilesOfTheCurrentFolder)
     r = kestrelLog({ "--db", db.path(), "edi", "--band", "2m", "2m.edi" });
     EXPECT_EQ(r.status, 0) << r.err.toStdString();
     EXPECT_EQ(r.out, "50 contacts (15661 points) written to 2m.edi.\n");
-    EXPECT_EQ(r.err.count('\n'), 5)
-        << r.err.toStdString(); // the contacts scored 0 or from a 4-character locator
-    EXPECT_EQ(db.dir.read("2m.edi").toStdString(),
-        golden("contest-2m.edi")
-            .replace("[END;Kestrel 0.1]", "[END;Kestrel " KESTREL_VERSION "]")
-            .toStdString());
+    // The contacts scored 0 or from a 4-character locator, named.
+    EXPECT_EQ(r.err.count('\n'), 5) << r.err.toStdString();
+    EXPECT_EQ(db.dir.read("2m.edi").toStdString(), ediGolden("contest-2m.edi").toStdString());
 
     r = kestrelLog({ "--db", db.path(), "edi", "23cm.edi", "--band", "1296%" });
     EXPECT_EQ(r.status, 1);
