@@ -61,15 +61,11 @@ QString field(const QString& text)
     return headerText(text).replace(QLatin1Char(';'), QLatin1Char(','));
 }
 
-// "yyMMdd" and "HHmm" of a UTC time, without the general date formatter (5 000 records).
-void appendDigits(QString& out, int value, int digits)
+// Two digits of "yyMMdd" or "HHmm", without the general date formatter (5 000 records).
+void appendTwo(QString& out, int value)
 {
-    for (int d = digits - 1; d >= 0; --d) {
-        int p = 1;
-        for (int i = 0; i < d; ++i)
-            p *= 10;
-        out += QChar(u'0' + (value / p) % 10);
-    }
+    out += QChar(u'0' + value / 10 % 10);
+    out += QChar(u'0' + value % 10);
 }
 
 // "2026-11-07 14:02": how the report names a contact.
@@ -225,12 +221,12 @@ QByteArray EdiLog::text(const QString& version) const
         const QString loc = q.locator.trimmed();
         const QDate d = q.utc.date();
         const QTime t = q.utc.time();
-        appendDigits(out, d.year() % 100, 2);
-        appendDigits(out, d.month(), 2);
-        appendDigits(out, d.day(), 2);
+        appendTwo(out, d.year() % 100);
+        appendTwo(out, d.month());
+        appendTwo(out, d.day());
         out += QLatin1Char(';');
-        appendDigits(out, t.hour(), 2);
-        appendDigits(out, t.minute(), 2);
+        appendTwo(out, t.hour());
+        appendTwo(out, t.minute());
         out += QLatin1Char(';');
         const QString fields[] = {
             field(q.call).toUpper(),
