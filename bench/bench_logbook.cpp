@@ -1,7 +1,8 @@
 // Logbook database on a generated log of 100 000 contacts over the 21 bands: opening the log
 // list with band filter and sort, callsign-prefix search, DXCC lookup, saving one contact,
-// and the memory of the whole list. Each figure is the median of repeated runs; the list load
-// is also given against a reference in the same run (the same rows read through QSqlQuery).
+// and the memory of the whole list, reading and marking a QSL print run. Each figure is the
+// median of repeated runs; the list load is also given against a reference in the same run (the
+// same rows read through QSqlQuery), the print run against storing each letter on its own.
 // Then the bulk paths: ADIF import of 100 000 records with a DXCC lookup each (reference: the
 // same import with an empty prefix list), and the in-memory DXCC index over every call of
 // MASTER.SCP (reference: the window's SQL-text lookup of the same calls).
@@ -17,6 +18,8 @@
 #include "logbook/db/SqlText.h"
 #include "mapexport/LogMapFields.h"
 #include "mapexport/RichtungQrb.h"
+#include "qsl/QslRunReader.h"
+#include "qsl/QslText.h"
 
 #include <QCoreApplication>
 #include <QDate>
@@ -278,6 +281,45 @@ void benchDxccBulk(const QString& path)
     std::printf("  %-58s %9.3f us\n",
         qPrintable(QStringLiteral("  reference: SQL-text lookup per call (%1 of them)").arg(sampled)), sqlUs);
     std::printf("  %-58s %9.0f x\n", "  SQL-text lookup against the index", sqlUs / bulkUs);
+// A print run of 1001 contacts (QSL "T") out of the log: read and marked in one transaction,
+// against reading alone and against the letters stored one connection and transaction per
+// contact. The run's letters are set again before each pass, outside the time taken.
+void readAndMark(const QString& path)
+{
+    auto timed = [&](int runs, const std::function<void()>& action) {
+        std::vector<double> t;
+        for (int i = 0; i < runs; ++i) {
+            DbConnection(path).exec(
+                QStringLiteral("UPDATE logtab SET QSL = 'T' WHERE ID % 99 = 1 AND ID <= 99099"));
+            t.push_back(medianMs(1, action));
+        }
+        std::sort(t.begin(), t.end());
+        return t[t.size() / 2];
+    };
+    int marked = 0;
+    const double batched
+        = timed(7, [&] { marked = int(QslRunReader::read(path, QStringLiteral("T")).marked.size()); });
+    const double peek
+        = timed(7, [&] { QslRunReader::read(path, QStringLiteral("T"), QslRunReader::Mode::Peek); });
+    // The reference stores the first 101 letters and is scaled to the run: each costs a sync.
+    constexpr int ReferenceRows = 101;
+    const double oneByOne
+        = timed(1,
+              [&] {
+                  Recordset rs(path);
+                  rs.open(SqlText::qslRun(QStringLiteral("T")));
+                  for (bool ok = rs.first(); ok && rs.position() < ReferenceRows; ok = rs.next()) {
+                      rs.setValue(QStringLiteral("qsl"), QslText::nextStatus(rs.text(QStringLiteral("qsl"))));
+                      rs.update();
+                  }
+              })
+        * 1001.0 / ReferenceRows;
+    char label[128];
+    std::snprintf(label, sizeof label, "QSL print run: read and mark %d contacts", marked);
+    row(label, batched, "target < 100 ms");
+    row("  reading alone (print preview)", peek, "");
+    row("  reference: each letter on its own connection (101, scaled)", oneByOne, "");
+    std::printf("  %-58s %9.0f x\n", "  the reference against the print run", oneByOne / batched);
 }
 
 } // namespace
@@ -429,5 +471,7 @@ int main(int argc, char** argv)
 
     benchDxccBulk(path);
     benchAdifImport(dir.path());
+    std::printf("\n");
+    readAndMark(path);
     return 0;
 }

@@ -29,6 +29,18 @@ void fail(QslRunRead& run, const Recordset& rs)
     qCWarning(lcQsl) << "print run" << run.letter << "stopped:" << run.errorDetail;
 }
 
+// Stores the letters changed so far; when that fails none of them is stored.
+void commitMarks(QslRunRead& run, Recordset& rs)
+{
+    const QString earlier = run.errorDetail;
+    if (rs.commitWrites())
+        return;
+    fail(run, rs);
+    if (!earlier.isEmpty())
+        run.errorDetail = earlier + QLatin1Char('\n') + run.errorDetail;
+    run.marked.clear();
+}
+
 } // namespace
 
 QslRunRead QslRunReader::read(const QString& connection, const QString& letter, Mode mode)
@@ -37,6 +49,11 @@ QslRunRead QslRunReader::read(const QString& connection, const QString& letter, 
     run.letter = letter;
     Recordset rs(connection);
     if (!rs.open(SqlText::qslRun(letter))) {
+        fail(run, rs);
+        return run;
+    }
+    // Every letter of the run is stored in one transaction, committed as the reading ends.
+    if (mode == Mode::Mark && rs.recordCount() > 0 && !rs.beginWrites()) {
         fail(run, rs);
         return run;
     }
@@ -54,6 +71,7 @@ QslRunRead QslRunReader::read(const QString& connection, const QString& letter, 
             if (!rs.setValue(QStringLiteral("qsl"), after) || !rs.update()) {
                 rs.cancelUpdate();
                 fail(run, rs);
+                commitMarks(run, rs);
                 return run;
             }
             run.marked.append({ contact.callsign, contact.date, contact.time, before, after,
@@ -63,5 +81,6 @@ QslRunRead QslRunReader::read(const QString& connection, const QString& letter, 
     }
     if (rs.hasError())
         fail(run, rs);
+    commitMarks(run, rs);
     return run;
 }

@@ -1,8 +1,8 @@
 #pragma once
 // Reads the contacts of one print run from the log: every contact whose QSL letter is the
 // selection letter, in callsign order, into the nine run arrays, and moves each contact's
-// letter on (T->Q, S->D, Y->N, B->N) as it is read, one stored update per contact. The
-// contacts beyond the arrays' bound keep their letter for the next run.
+// letter on (T->Q, S->D, Y->N, B->N) as it is read; the changes of one run are stored in one
+// transaction. The contacts beyond the arrays' bound keep their letter for the next run.
 #include "qsl/QslRunBuffer.h"
 
 #include <QList>

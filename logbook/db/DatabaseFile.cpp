@@ -7,14 +7,21 @@
 #include "logbook/db/LogbookSchema.h"
 #include "logbook/db/SchemaMigration.h"
 #include "logbook/db/SeedData.h"
+#include "logbook/db/SqlText.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QUrl>
+
+#include <sqlite3.h>
 
 namespace {
+constexpr int ReadOnlyNumber = SQLITE_READONLY;
+
 bool folderWritable(const QString& dir)
 {
     const QFileInfo info(dir);
@@ -22,6 +29,66 @@ bool folderWritable(const QString& dir)
         return false;
     // Permission bits as well: root may write anywhere, but a folder marked read-only stays so.
     return info.permissions() & (QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther);
+}
+
+// What stands in the way of reading the file as a logbook (a read-only file can be read).
+DbError readable(const QString& path)
+{
+    const DbError problem = DatabaseFile::check(path);
+    return problem && problem.number != ReadOnlyNumber ? problem : DatabaseFile::identify(path);
+}
+
+DbError sqliteError(sqlite3* h, const QString& path)
+{
+    return DbConnection::sqliteError(sqlite3_extended_errcode(h), QString::fromUtf8(sqlite3_errmsg(h)), path);
+}
+
+// Opens a file for reading only. In a folder where SQLite cannot make the shared-memory file a
+// WAL file opens only as immutable, which is right when no journal lies beside it.
+int openForReading(const QString& path, sqlite3** h)
+{
+    int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), h, SQLITE_OPEN_READONLY, nullptr);
+    if (rc == SQLITE_OK) {
+        sqlite3_busy_timeout(*h, DbConnection::DefaultBusyTimeoutMs);
+        rc = sqlite3_exec(*h, "SELECT count(*) FROM sqlite_schema", nullptr, nullptr, nullptr);
+    }
+    if (((rc & 0xff) != SQLITE_CANTOPEN && (rc & 0xff) != SQLITE_READONLY)
+        || QFileInfo::exists(path + QStringLiteral("-wal")))
+        return rc;
+    sqlite3_close(*h);
+    const QByteArray uri = QUrl::fromLocalFile(path).toEncoded() + "?immutable=1";
+    return sqlite3_open_v2(uri.constData(), h, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
+}
+
+// Copies a database through SQLite, so that a journal beside the source is taken along; the
+// copy appears complete or not at all.
+DbError copyDatabase(const QString& from, const QString& to)
+{
+    const QString temp = to + QStringLiteral(".new");
+    QFile::remove(temp);
+    sqlite3* src = nullptr;
+    sqlite3* dst = nullptr;
+    DbError e;
+    if (openForReading(from, &src) != SQLITE_OK)
+        e = sqliteError(src, from);
+    else if (sqlite3_open_v2(QFile::encodeName(temp).constData(), &dst,
+                 SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr)
+        != SQLITE_OK)
+        e = sqliteError(dst, temp);
+    else {
+        sqlite3_backup* b = sqlite3_backup_init(dst, "main", src, "main");
+        const int rc = b ? sqlite3_backup_step(b, -1) : SQLITE_ERROR;
+        if (!b || sqlite3_backup_finish(b) != SQLITE_OK || rc != SQLITE_DONE)
+            e = sqliteError(dst, to);
+    }
+    sqlite3_close(src);
+    sqlite3_close(dst);
+    if (!e && !QFile::rename(temp, to))
+        e = { DbErrorNumber::NoFile,
+            QStringLiteral("The copy of the log cannot be put in place: %1").arg(to) };
+    if (e)
+        QFile::remove(temp);
+    return e;
 }
 } // namespace
 
@@ -79,11 +146,50 @@ DbError DatabaseFile::check(const QString& path)
                            "is.")
                 .arg(path) };
     if (isReadOnly(path))
-        return { 8,
+        return { ReadOnlyNumber,
             QStringLiteral(
                 "The database file is read-only: %1. The log can be read, but nothing can be saved.")
                 .arg(path) };
     return {};
+}
+
+DbError DatabaseFile::identify(const QString& path)
+{
+    // Read-only, so that not even a journal mode is changed in a file that is not ours.
+    sqlite3* h = nullptr;
+    DbError e;
+    int rc = openForReading(path, &h);
+    if (rc == SQLITE_OK) {
+        const QByteArray sql = SqlText::LogList.toUtf8();
+        sqlite3_stmt* st = nullptr;
+        rc = sqlite3_prepare_v2(h, sql.constData(), int(sql.size()), &st, nullptr);
+        sqlite3_finalize(st);
+    }
+    if (rc != SQLITE_OK) {
+        e = QString::fromUtf8(sqlite3_errmsg(h)).startsWith(QLatin1String("no such table"))
+            ? DbError { SQLITE_NOTADB,
+                  QStringLiteral("The file is not a Kestrel logbook: %1 (it has no table logtab). It was "
+                                 "left as it is.")
+                      .arg(path) }
+            : sqliteError(h, path);
+    }
+    sqlite3_close(h);
+    return e;
+}
+
+QStringList DatabaseFile::moveAsideJournal(const QString& path)
+{
+    QStringList moved;
+    const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    for (const QString& suffix : { QStringLiteral("-wal"), QStringLiteral("-shm") }) {
+        const QString from = path + suffix;
+        const QString to = from + QStringLiteral(".unmerged-") + stamp;
+        if (QFileInfo::exists(from) && QFile::rename(from, to)) {
+            qCWarning(lcLogbook) << "journal without its database moved aside:" << to;
+            moved << to;
+        }
+    }
+    return moved;
 }
 
 bool DatabaseFile::create(const QString& path, DbError* error)
@@ -103,7 +209,8 @@ bool DatabaseFile::create(const QString& path, DbError* error)
             QStringLiteral("The folder of the database file cannot be made: %1").arg(info.absolutePath()) });
     // Built under a temporary name and renamed when complete.
     const QString temp = path + QStringLiteral(".new");
-    QFile::remove(temp);
+    for (const QString& suffix : { QString(), QStringLiteral("-wal"), QStringLiteral("-shm") })
+        QFile::remove(temp + suffix);
     {
         DbConnection c(temp, DbConnection::DefaultBusyTimeoutMs, true);
         bool ok = c.isOpen() && c.begin();
@@ -127,6 +234,15 @@ bool DatabaseFile::create(const QString& path, DbError* error)
             return failed(e);
         }
     }
+    // A journal left beside the name would be read as the new file's own.
+    moveAsideJournal(path);
+    if (QFileInfo::exists(path + QStringLiteral("-wal"))) {
+        QFile::remove(temp);
+        return failed({ DbErrorNumber::NoFile,
+            QStringLiteral("A journal without its database lies beside %1 and cannot be moved aside; no new "
+                           "log was made.")
+                .arg(path) });
+    }
     if (!QFile::rename(temp, path)) {
         QFile::remove(temp);
         return failed({ DbErrorNumber::NoFile,
@@ -143,18 +259,17 @@ DbError DatabaseFile::prepare(const QString& path)
         DbError e;
         return create(path, &e) ? DbError() : e;
     }
-    DbError problem = check(path);
-    if (problem)
+    const DbError problem = check(path);
+    if (const DbError e = readable(path))
+        return e;
+    if (problem) // read-only: it can be read as it is, nothing can be changed
         return problem;
-    DbConnection c(path);
-    if (!c.isOpen())
-        return c.error();
+    if (const SchemaMigration::Result m = SchemaMigration::migrate(path); m.error)
+        return m.error;
     // Files made elsewhere may still use a rollback journal; a failure here only costs speed.
     DbConnection(path).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     checkpoint(path);
-    if (!c.check(QStringLiteral("SELECT * FROM logtab")))
-        return c.error();
-    return SchemaMigration::migrate(path).error;
+    return {};
 }
 
 DbError DatabaseFile::checkpoint(const QString& path)
@@ -170,16 +285,51 @@ DbError DatabaseFile::connect(Station& station)
     return connect(station, systemPlaces());
 }
 
+DatabaseFile::Opening DatabaseFile::open(const Places& places)
+{
+    Opening o;
+    o.path = resolve(places);
+    const QString beside
+        = places.programDir.isEmpty() ? QString() : QDir(places.programDir).absoluteFilePath(FileName);
+    if (places.configured.isEmpty() && o.path != beside) {
+        // The program's folder cannot be written: the application-data folder is made on first
+        // use, and a log already beside the program is carried over once rather than left behind
+        // an empty new one.
+        QDir().mkpath(places.appDataDir);
+        if (!beside.isEmpty() && QFileInfo::exists(beside) && !QFileInfo::exists(o.path)) {
+            o.error = readable(beside);
+            if (!o.error)
+                o.error = copyDatabase(beside, o.path);
+            if (o.error) {
+                o.path = beside;
+                return o;
+            }
+            o.notice
+                = QStringLiteral("The log %1 is in a folder where nothing can be saved. It was copied to %2, "
+                                 "and new contacts are saved there.")
+                      .arg(beside, o.path);
+            qCInfo(lcLogbook) << "log copied from" << beside << "to" << o.path;
+        }
+    }
+    if (!QFileInfo::exists(o.path)) {
+        const QStringList moved = moveAsideJournal(o.path);
+        if (!moved.isEmpty())
+            o.notice
+                = QStringLiteral("A journal without its database lay beside %1; it was moved aside to %2 and "
+                                 "not taken into the new log.")
+                      .arg(o.path, moved.join(QStringLiteral(", ")));
+    }
+    o.error = prepare(o.path);
+    return o;
+}
+
 DbError DatabaseFile::connect(Station& station, const Places& places)
 {
-    const QString path = resolve(places);
-    // The application-data folder is made on first use.
-    if (places.configured.isEmpty()
-        && QFileInfo(path).absolutePath() == QDir(places.appDataDir).absolutePath())
-        QDir().mkpath(places.appDataDir);
-    station.dbConnection = path;
-    const DbError e = prepare(path);
-    if (e)
-        station.prompts.information(e.description);
-    return e;
+    const Opening o = open(places);
+    station.dbConnection = o.path;
+    if (o.error)
+        station.prompts.information(o.error.description);
+    else if (!o.notice.isEmpty())
+        station.prompts.information(o.notice);
+    return o.error;
 }

@@ -66,9 +66,9 @@ DbConnection::DbConnection(const QString& file, int busyTimeoutMs, bool create)
         error_ = { DbErrorNumber::NoFile, QStringLiteral("The SQLite driver gave no connection handle.") };
         return;
     }
-    // Each action closes its connection; a checkpoint at every close would sync the disk after
-    // every saved contact. The journal is folded in by the automatic checkpoints instead. (A
-    // file being made is closed with its checkpoint, so it is complete when renamed.)
+    // SQLite's own checkpoint at close runs only when no other connection is open; the
+    // destructor checkpoints in any case. (A file being made is closed with SQLite's
+    // checkpoint, which also removes its journal, so it is complete when renamed.)
     if (!create)
         sqlite3_db_config(handle_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     if (!SqlCaseFold::install(handle_))
@@ -78,6 +78,11 @@ DbConnection::DbConnection(const QString& file, int busyTimeoutMs, bool create)
 
 DbConnection::~DbConnection()
 {
+    // What a write action left in the write-ahead journal goes into the file as it ends, so that
+    // a copy of backup.db alone holds every saved contact. Passive: a reader or writer in the way
+    // is not waited for, the next write action's close takes the rest.
+    if (open_ && sqlite3_get_autocommit(handle_) && (committed_ || sqlite3_total_changes(handle_) > 0))
+        sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
     handle_ = nullptr;
     {
         QSqlDatabase db = QSqlDatabase::database(name_, false);
@@ -172,7 +177,7 @@ bool DbConnection::begin()
 {
     // With the WAL journal, NORMAL keeps every commit safe from a crash of the program and the
     // file safe from damage; only a power cut may take back the last moments. FULL would sync
-    // the disk at each saved contact (several milliseconds). Checkpoints are left to commit().
+    // the disk at each saved contact (several milliseconds). Checkpoints are left to the close.
     return exec(QStringLiteral("PRAGMA synchronous=NORMAL"))
         && exec(QStringLiteral("PRAGMA wal_autocheckpoint=0")) && exec(QStringLiteral("BEGIN IMMEDIATE"));
 }
@@ -181,12 +186,7 @@ bool DbConnection::commit()
 {
     if (!exec(QStringLiteral("COMMIT")))
         return false;
-    // Every action's connection opens as the only one and reads the whole journal again, so
-    // the journal is folded into the file and emptied once it holds a few dozen pages (one
-    // disk sync every ten or so saved contacts). A reader in the way only postpones it.
-    constexpr qint64 JournalLimit = 256 * 1024;
-    if (QFileInfo(file_ + QStringLiteral("-wal")).size() > JournalLimit)
-        sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+    committed_ = true;
     return true;
 }
 

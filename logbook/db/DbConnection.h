@@ -1,6 +1,7 @@
 #pragma once
 // One connection to the logbook database for the length of one action: opened on
-// construction (busy timeout set), closed and forgotten on destruction. Missing files are
+// construction (busy timeout set); on destruction what it wrote is folded from the write-ahead
+// journal into the file, then it is closed and forgotten. Missing files are
 // never created by accident; failures become a DbError with a sentence the operator can read.
 #include "logbook/db/DbError.h"
 
@@ -46,5 +47,6 @@ private:
     QString file_;
     sqlite3* handle_ = nullptr;
     bool open_ = false;
+    bool committed_ = false; // a transaction was committed (schema changes count no rows)
     DbError error_;
 };

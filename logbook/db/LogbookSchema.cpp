@@ -38,11 +38,17 @@ QStringList currentTables()
         QStringLiteral("CREATE INDEX logtab_callsign ON logtab (Callsign)"),
         QStringLiteral("CREATE INDEX logtab_grid ON logtab (Grid)"),
         QStringLiteral("CREATE INDEX logtab_date ON logtab (Date)"),
+        qslIndex(),
         QStringLiteral("CREATE TABLE PNT_Beacon (%1, GEpoly text(250), GEdata text(250), GEgridXY text(250))")
             .arg(QLatin1String(BeaconColumnList)),
         QStringLiteral("CREATE TABLE dxccdata (%1, %2)")
             .arg(QLatin1String(DxccColumns), QLatin1String(DxccEntityColumns)),
     };
+}
+
+QString qslIndex()
+{
+    return QStringLiteral("CREATE INDEX IF NOT EXISTS logtab_qsl ON logtab (QSL COLLATE NOCASE)");
 }
 
 QString oldLogtab()

@@ -13,6 +13,8 @@ constexpr int BeaconColumns = 9;
 
 // CREATE TABLE/INDEX statements of the current schema version (logtab, PNT_Beacon, dxccdata).
 QStringList currentTables();
+// The index that finds a print run's contacts by QSL letter (LIKE without case can use it).
+QString qslIndex();
 // The older layout of logtab and PNT_Beacon, as delivered before the map columns existed.
 QString oldLogtab();
 QString oldBeacons();

@@ -72,6 +72,7 @@ bool Recordset::open(const QString& sql)
 
 void Recordset::close()
 {
+    rollbackWrites();
     open_ = false;
     loaded_ = false;
     rows_.reset(0);
@@ -424,21 +425,16 @@ bool Recordset::writeNew()
         : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
               .arg(quotedName(source_.baseTable()), columns.join(QStringLiteral(", ")),
                   marks.join(QStringLiteral(", ")));
-    DbConnection c(connection_, busyTimeoutMs_);
-    if (!c.isOpen())
-        return fail(c.error());
-    if (!c.begin() || !c.exec(sql, values)) {
-        c.rollback();
-        return fail(c.error());
-    }
-    const qint64 rowId = c.lastInsertRowId();
-    if (!c.commit()) {
-        c.rollback();
-        return fail(c.error());
-    }
-    if (loaded_) {
+    qint64 rowId = 0;
+    QList<QVariant> row;
+    const bool ok = write([&](DbConnection& c) {
+        if (!c.exec(sql, values))
+            return false;
+        rowId = c.lastInsertRowId();
+        if (!loaded_)
+            return true;
         // The stored row as the table now holds it (defaults and the id included).
-        QList<QVariant> row(fieldCount());
+        row.resize(fieldCount());
         for (auto it = pending_.cbegin(); it != pending_.cend(); ++it)
             row[it.key()] = it.value();
         QSqlQuery back(c.database());
@@ -454,6 +450,11 @@ bool Recordset::writeNew()
                     row[i] = back.value(j);
             }
         }
+        return true;
+    });
+    if (!ok)
+        return false;
+    if (loaded_) {
         rows_.appendRow(row, rowId);
         pos_ = rows_.rowCount() - 1;
         currentDeleted_ = false;
@@ -474,22 +475,17 @@ bool Recordset::writeChanges()
     values << QVariant(qlonglong(rows_.rowId(pos_)));
     const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?")
                             .arg(quotedName(source_.baseTable()), sets.join(QStringLiteral(", ")));
-    DbConnection c(connection_, busyTimeoutMs_);
-    if (!c.isOpen())
-        return fail(c.error());
-    if (!c.begin() || !c.exec(sql, values)) {
-        c.rollback();
-        return fail(c.error());
-    }
-    if (c.changes() != 1) {
-        c.rollback();
-        return fail(DbErrorNumber::RowChanged,
-            QStringLiteral("The record could not be found to be changed: it was deleted meanwhile."));
-    }
-    if (!c.commit()) {
-        c.rollback();
-        return fail(c.error());
-    }
+    bool found = true;
+    if (!write([&](DbConnection& c) {
+            if (!c.exec(sql, values))
+                return false;
+            found = c.changes() == 1;
+            return found;
+        }))
+        return found
+            ? false
+            : fail(DbErrorNumber::RowChanged,
+                QStringLiteral("The record could not be found to be changed: it was deleted meanwhile."));
     for (auto it = pending_.cbegin(); it != pending_.cend(); ++it)
         rows_.setValue(pos_, it.key(), it.value());
     return true;
@@ -508,18 +504,65 @@ bool Recordset::deleteCurrent()
             QStringLiteral("This recordset cannot be changed: its query does not read one table."));
     if (!hasCurrent(true))
         return false;
-    DbConnection c(connection_, busyTimeoutMs_);
-    if (!c.isOpen())
-        return fail(c.error());
-    if (!c.begin()
-        || !c.exec(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(quotedName(source_.baseTable())),
-            { QVariant(qlonglong(rows_.rowId(pos_))) })
-        || !c.commit()) {
-        c.rollback();
-        return fail(c.error());
-    }
+    const QString sql = QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(quotedName(source_.baseTable()));
+    if (!write([&](DbConnection& c) { return c.exec(sql, { QVariant(qlonglong(rows_.rowId(pos_))) }); }))
+        return false;
     cancelUpdate();
     rows_.removeRow(pos_);
     currentDeleted_ = true;
     return true;
+}
+
+template <typename Body> bool Recordset::write(Body&& body)
+{
+    if (writes_) {
+        // Inside the gathered writes a failing statement takes back only itself.
+        return body(*writes_) || fail(writes_->error());
+    }
+    DbConnection c(connection_, busyTimeoutMs_);
+    if (!c.isOpen())
+        return fail(c.error());
+    if (!c.begin() || !body(c) || !c.commit()) {
+        const DbError e = c.error();
+        c.rollback();
+        return fail(e);
+    }
+    return true;
+}
+
+bool Recordset::beginWrites()
+{
+    if (!open_)
+        return fail(DbErrorNumber::NotOpen, NotOpenText);
+    if (writes_)
+        return true;
+    auto c = std::make_unique<DbConnection>(connection_, busyTimeoutMs_);
+    if (!c->isOpen() || !c->begin())
+        return fail(c->error());
+    writes_ = std::move(c);
+    return true;
+}
+
+bool Recordset::commitWrites()
+{
+    if (!writes_)
+        return true;
+    const bool ok = writes_->commit();
+    if (!ok) {
+        const DbError e = writes_->error();
+        rollbackWrites();
+        return fail(e);
+    }
+    writes_.reset();
+    return true;
+}
+
+void Recordset::rollbackWrites()
+{
+    if (!writes_)
+        return;
+    writes_->rollback();
+    writes_.reset();
+    cancelUpdate();
+    loaded_ = false;
 }

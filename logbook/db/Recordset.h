@@ -18,6 +18,10 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <memory>
+
+class DbConnection;
+
 class Recordset {
 public:
     // `connection` is the database connection text: the database file's path, as kept in
@@ -109,6 +113,15 @@ public:
     // row after it.
     bool deleteCurrent();
 
+    // Gathers the writes that follow (update, deleteCurrent) into one connection and one
+    // transaction until commitWrites(), for runs that change many rows: one commit and one
+    // checkpoint instead of one each per row. A write that fails inside leaves the earlier ones
+    // in place for the commit; rollbackWrites() takes all of them back (and reads the rows again
+    // at next use).
+    bool beginWrites();
+    bool commitWrites();
+    void rollbackWrites();
+
     bool hasError() const { return error_.isError(); }
     const DbError& error() const { return error_; }
     QString errorText() const { return error_.text(); }
@@ -130,6 +143,9 @@ private:
     int resolveField(const QString& name) const;
     bool writeNew();
     bool writeChanges();
+    // Runs `body` on the gathered writes' connection, or on a connection and transaction of its
+    // own; false with error() set when it fails (nothing of it is then stored).
+    template <typename Body> bool write(Body&& body);
 
     QString connection_;
     int busyTimeoutMs_;
@@ -148,4 +164,5 @@ private:
 
     Mode mode_ = Mode::None;
     QMap<int, QVariant> pending_;
+    std::unique_ptr<DbConnection> writes_;
 };

@@ -71,6 +71,8 @@ QStringList SchemaMigration::statements(DbConnection& c, int number)
         return addMissing(c, QStringLiteral("logtab"),
                    { { QStringLiteral("DxccNr"), QStringLiteral("INTEGER") },
                        { QStringLiteral("AdifExtra"), QStringLiteral("TEXT") } })
+            + (columnNames(c, QStringLiteral("logtab")).isEmpty() ? QStringList()
+                                                                  : QStringList { LogbookSchema::qslIndex() })
             + addMissing(c, QStringLiteral("dxccdata"),
                 { { QStringLiteral("DxccNr"), QStringLiteral("INTEGER") },
                     { QStringLiteral("CQZone"), QStringLiteral("INTEGER") },

@@ -2,8 +2,9 @@
 // The numbered schema migrations of the logbook database; PRAGMA user_version records the last
 // one a file has had. Migration 1 is the map-column upgrade (logtab 31 -> 34 columns,
 // PNT_Beacon 8 -> 9); migration 2 adds the ADIF entity number and the ADIF fields without a
-// column of their own to logtab, and entity number, zones and continent to dxccdata. A new file
-// is made at the current version; an older one is brought up when it is opened.
+// column of their own to logtab, the index of the QSL letter, and entity number, zones and
+// continent to dxccdata. A new file is made at the current version; an older one is brought up
+// when it is opened.
 #include "logbook/db/DbError.h"
 
 #include <QString>

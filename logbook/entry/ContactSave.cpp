@@ -31,7 +31,7 @@ double storedNumber(float value)
 
 QList<SavedField> fields(const EntryLine& l, const MapPosition& stored)
 {
-    return {
+    QList<SavedField> out = {
         { QStringLiteral("Date"), LogDate::toStored(l.DA) },
         { QStringLiteral("GMT"), l.GM },
         { QStringLiteral("Callsign"), l.Ca },
@@ -50,6 +50,9 @@ QList<SavedField> fields(const EntryLine& l, const MapPosition& stored)
         { QStringLiteral("GEdata"), summary(l, stored) },
         { QStringLiteral("GEgridXY"), stored.coordText },
     };
+    if (!l.Ns.trimmed().isEmpty() || !l.Nr.trimmed().isEmpty())
+        out += { { QStringLiteral("NrSent"), l.Ns.trimmed() }, { QStringLiteral("NrRcvd"), l.Nr.trimmed() } };
+    return out;
 }
 
 DbError save(const QString& connection, const QList<SavedField>& fields)

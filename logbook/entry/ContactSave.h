@@ -19,7 +19,8 @@ namespace ContactSave {
 inline const QString NoNewRecordset = QStringLiteral("No new Recorset available");
 
 // Date, GMT, Callsign, Grid, rsts, rstr, Band, mode, Nam, Comment, QSL, Prop, DXCC, QRB, QTF,
-// GEdata, GEgridXY, in this order. The date goes in as yyyy-MM-dd (so the list sorts by it).
+// GEdata, GEgridXY, in this order, then NrSent and NrRcvd when a serial number was given. The
+// date goes in as yyyy-MM-dd (so the list sorts by it).
 QList<SavedField> fields(const EntryLine& line, const MapPosition& stored);
 // The GEdata text of the entry line.
 QString summary(const EntryLine& line, const MapPosition& stored);

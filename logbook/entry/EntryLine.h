@@ -1,6 +1,6 @@
 #pragma once
-// The texts of the logbook's entry line, one contact at a time: the twelve boxes and the
-// DXCC caption of `cou`, named as the window's controls.
+// The texts of the logbook's entry line, one contact at a time: the twelve boxes, the two
+// contest number boxes and the DXCC caption of `cou`, named as the window's controls.
 #include <QString>
 
 struct EntryLine {
@@ -17,4 +17,6 @@ struct EntryLine {
     QString Qs; // QSL letter
     QString Pr; // propagation code
     QString cou; // DXCC entity (a label)
+    QString Ns; // contest serial number sent (optional)
+    QString Nr; // contest serial number received (optional)
 };

@@ -189,4 +189,143 @@ TEST_F(DbFile, FailingStatementsAndMisuseGiveMessagesNotCrashes)
     EXPECT_TRUE(SchemaUpgrade::check(tmp.file("missing.db")).error.description.contains("does not exist"));
 }
 
+// Read-only program folders, foreign files and the write-ahead journal: the log the operator
+// has is the log shown, and a file that is not ours is never written to.
+class DbFileEdges : public DbFile {
+protected:
+    void TearDown() override
+    {
+        QFile::setPermissions(tmp.file(QStringLiteral("prog")),
+            QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    }
+    // A log of one contact beside the program, in a folder then made read-only.
+    QString logInReadOnlyProgramFolder()
+    {
+        const QString file = tmp.file(QStringLiteral("prog/backup.db"));
+        places();
+        EXPECT_TRUE(DatabaseFile::create(file));
+        EXPECT_TRUE(execAll(file, { OneContact }));
+        QFile::setPermissions(
+            tmp.file(QStringLiteral("prog")), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+        return file;
+    }
+    QStringList callsigns(const QString& file)
+    {
+        Recordset rs(file);
+        EXPECT_TRUE(rs.open(SqlText::LogList)) << rs.errorText().toStdString();
+        return fieldColumn(rs, QStringLiteral("Callsign"));
+    }
+    QByteArray bytes(const QString& file)
+    {
+        QFile f(file);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+};
+
+TEST_F(DbFileEdges, ALogInAReadOnlyProgramFolderIsCopiedOnceAndItsContactsShown)
+{
+    const QString beside = logInReadOnlyProgramFolder();
+    const QByteArray before = bytes(beside);
+    const QString copy = tmp.file(QStringLiteral("appdata/backup.db"));
+
+    const DbError e = DatabaseFile::connect(station, places());
+    ASSERT_FALSE(e) << e.text().toStdString();
+    EXPECT_EQ(station.dbConnection, copy);
+    EXPECT_EQ(prompts.shown,
+        QStringList {
+            QStringLiteral("The log %1 is in a folder where nothing can be saved. It was copied to %2, "
+                           "and new contacts are saved there.")
+                .arg(beside, copy) });
+    EXPECT_EQ(callsigns(station.dbConnection), QStringList { "DL1ABC" });
+    EXPECT_EQ(bytes(beside), before) << "the log beside the program is left as it was";
+
+    // The next start uses the copy and says nothing more.
+    ASSERT_TRUE(execAll(copy, { "INSERT INTO logtab (Callsign) VALUES ('G4XYZ')" }));
+    prompts.shown.clear();
+    EXPECT_FALSE(DatabaseFile::connect(station, places()));
+    EXPECT_TRUE(prompts.shown.isEmpty());
+    EXPECT_EQ(callsigns(station.dbConnection), (QStringList { "DL1ABC", "G4XYZ" }));
+}
+
+TEST_F(DbFileEdges, AnUnusableLogInAReadOnlyProgramFolderIsReportedAndNoEmptyLogIsStarted)
+{
+    places();
+    tmp.write(QStringLiteral("prog/backup.db"), "not a database");
+    QFile::setPermissions(tmp.file(QStringLiteral("prog")), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    EXPECT_TRUE(DatabaseFile::connect(station, places()));
+    EXPECT_EQ(prompts.shown,
+        QStringList {
+            QStringLiteral("The file is not a logbook database: %1 (it is no SQLite file). It was left "
+                           "as it is.")
+                .arg(tmp.file(QStringLiteral("prog/backup.db"))) });
+    EXPECT_FALSE(QFile::exists(tmp.file(QStringLiteral("appdata/backup.db"))));
+}
+
+TEST_F(DbFileEdges, AForeignSqliteFileIsLeftByteForByte)
+{
+    const QString file = tmp.file(QStringLiteral("other.sqlite"));
+    ASSERT_TRUE(execAll(file,
+        { "CREATE TABLE notes (id INTEGER PRIMARY KEY, text TEXT)",
+            "INSERT INTO notes (text) VALUES ('keep')" },
+        true));
+    const QByteArray before = bytes(file);
+    ASSERT_FALSE(before.isEmpty());
+
+    const DbError e = DatabaseFile::connect(station, places(file));
+    EXPECT_EQ(e.number, 26);
+    EXPECT_EQ(prompts.shown,
+        QStringList { QStringLiteral(
+            "The file is not a Kestrel logbook: %1 (it has no table logtab). It was left as it is.")
+                          .arg(file) });
+    EXPECT_EQ(bytes(file), before);
+    EXPECT_FALSE(QFile::exists(file + "-wal"));
+    EXPECT_FALSE(QFile::exists(file + "-shm"));
+}
+
+TEST_F(DbFileEdges, ACopyOfBackupDbTakenRightAfterASaveHoldsThatContact)
+{
+    ASSERT_FALSE(DatabaseFile::connect(station, places()));
+    for (const char* call : { "DL1ABC", "G4XYZ" }) {
+        Recordset rs(station.dbConnection);
+        ASSERT_TRUE(rs.open(SqlText::LogList));
+        ASSERT_TRUE(rs.addNew());
+        rs.setValue("Callsign", QString::fromLatin1(call));
+        ASSERT_TRUE(rs.update()) << rs.errorText().toStdString();
+
+        const QString copy = tmp.file(QStringLiteral("copy-%1.db").arg(QString::fromLatin1(call)));
+        ASSERT_TRUE(QFile::copy(station.dbConnection, copy)) << "backup.db alone, without its journal";
+        EXPECT_TRUE(callsigns(copy).contains(QString::fromLatin1(call))) << call;
+    }
+}
+
+TEST_F(DbFileEdges, AJournalLeftWithoutItsDatabaseIsMovedAsideNotMerged)
+{
+    // An old log whose last contact is only in its journal; the log itself is then taken away.
+    const QString file = tmp.file(QStringLiteral("prog/backup.db"));
+    places();
+    ASSERT_TRUE(DatabaseFile::create(file));
+    sqlite3* h = nullptr;
+    ASSERT_EQ(sqlite3_open(file.toUtf8().constData(), &h), SQLITE_OK);
+    sqlite3_db_config(h, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    ASSERT_EQ(sqlite3_exec(h, "PRAGMA wal_autocheckpoint=0; INSERT INTO logtab (Callsign) VALUES ('OLD1AA')",
+                  nullptr, nullptr, nullptr),
+        SQLITE_OK);
+    sqlite3_close(h);
+    const QByteArray journal = bytes(file + "-wal");
+    ASSERT_FALSE(journal.isEmpty());
+    ASSERT_TRUE(QFile::remove(file));
+
+    const DbError e = DatabaseFile::connect(station, places());
+    ASSERT_FALSE(e) << e.text().toStdString();
+    EXPECT_EQ(callsigns(file), QStringList {}) << "the new log starts empty";
+    const QStringList aside = QDir(tmp.file(QStringLiteral("prog")))
+                                  .entryList({ QStringLiteral("backup.db-wal.unmerged-*") }, QDir::Files);
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(bytes(tmp.file(QStringLiteral("prog/") + aside[0])), journal);
+    ASSERT_EQ(prompts.shown.size(), 1);
+    EXPECT_TRUE(prompts.shown[0].startsWith(
+        QStringLiteral("A journal without its database lay beside %1; it was moved aside to ").arg(file)))
+        << prompts.shown[0].toStdString();
+}
+
 } // namespace

@@ -83,6 +83,13 @@ TEST(DbMigration, EveryEarlierVersionOpensAtTheCurrentVersionWithItsRowsIntact)
             for (const char* table : { "logtab", "PNT_Beacon", "dxccdata" })
                 EXPECT_EQ(names(tableColumns(path, table)), names(tableColumns(fresh.path(), table)))
                     << table;
+            {
+                DbConnection c(path);
+                QSqlQuery q(c.database());
+                ASSERT_TRUE(
+                    q.exec("SELECT count(*) FROM sqlite_master WHERE name = 'logtab_qsl'") && q.next());
+                EXPECT_EQ(q.value(0).toInt(), 1) << "print runs find their letters by index";
+            }
             if (!withRows)
                 continue;
             Recordset log(path);

@@ -4,6 +4,7 @@
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
+#include "logbook/entry/ContestNumbers.h"
 #include "logbook/entry/EntryKeys.h"
 #include "logbook/entry/EntryRules.h"
 #include "logbook/entry/LogClock.h"
@@ -79,6 +80,30 @@ TEST(EntrySave, FieldsInTheWindowsOrder)
     EXPECT_EQ(columns,
         (QStringList { "Date", "GMT", "Callsign", "Grid", "rsts", "rstr", "Band", "mode", "Nam", "Comment",
             "QSL", "Prop", "DXCC", "QRB", "QTF", "GEdata", "GEgridXY" }));
+}
+
+TEST(EntrySave, SerialNumbersGoToNrSentAndNrRcvdAndCountPerBand)
+{
+    EntryTestDb db;
+    EXPECT_EQ(ContestNumbers::nextSent(db.path(), "144%"), ""); // nothing numbered yet
+    EntryLine l;
+    l.Ba = "144";
+    l.Ns = " 001 ";
+    l.Nr = "17";
+    ASSERT_FALSE(ContactSave::save(db.path(), ContactSave::fields(l, {})));
+    ASSERT_TRUE(db.add({ contact("DL2ABC", "JO62", "144", { { "NrSent", "012" } }),
+        contact("DL3ABC", "JO62", "144", { { "NrSent", "9" } }),
+        contact("DL4ABC", "JO62", "144", { { "NrSent", "A7" } }),
+        contact("DL5ABC", "JO62", "432", { { "NrSent", "050" } }), contact("DL6ABC", "JO62", "1296") }));
+    const struct {
+        const char* pattern;
+        const char* next;
+    } cases[] = { { "144%", "013" }, { "432%", "051" }, { "1296%", "" }, { "", "051" } };
+    for (const auto& c : cases)
+        EXPECT_EQ(ContestNumbers::nextSent(db.path(), c.pattern), QString(c.next)) << c.pattern;
+    const QList<Row> rows = db.rows({ "NrSent", "NrRcvd" });
+    EXPECT_EQ(rows[0]["NrSent"].toString(), "001");
+    EXPECT_EQ(rows[0]["NrRcvd"].toString(), "17");
 }
 
 TEST(EntrySave, EmptyLineIsSavedAsItIsAndFractionsKeepSevenDigits)

@@ -84,3 +84,64 @@ TEST(Form5Jobs, ManyRefusalsAreListedBesideTheFile)
     EXPECT_TRUE(f.db.prompts.shown[0].contains("bad.adi.refused.txt"));
     EXPECT_EQ(f.db.dir.read("bad.adi.refused.txt").count('\n'), 40);
 }
+
+TEST(Form5Jobs, EdiExportWritesTheBandShownAndNamesTheContactsScoredZero)
+{
+    Form5Fixture f(10,
+        { imported("JO62QM", "144", "DL1ABC"), imported(QVariant(), "144", "DL2ABC"),
+            imported("IO91", "14200", "G4ABC") });
+    f.db.dir.write("Kestrel.ini", "[log]\nclock=utc\n[contest]\nname=2 m activity\nsection=SO\n");
+    f.form->exportEdi(f.db.dir.file("2m.edi"));
+    EXPECT_EQ(f.db.prompts.shown.last(),
+        "2 contacts (494 points) written to 2m.edi.\n2026-11-15 18:20 DL2ABC: no locator, scored 0.");
+    const QByteArray edi = f.db.dir.read("2m.edi");
+    EXPECT_TRUE(edi.contains(
+        "\r\nTName=2 m activity\r\nTDate=20261115;20261115\r\nPCall=N0CALL\r\nPWWLo=JN48OW\r\n"));
+    EXPECT_TRUE(edi.contains(
+        "\r\n261115;1820;DL1ABC;0;;;;;;JO62QM;494;;N;;\r\n261115;1820;DL2ABC;0;;;;;;;0;;;;\r\n"));
+    f.click("OptBand11"); // 432: nothing logged, no file
+    f.form->exportEdi(f.db.dir.file("70cm.edi"));
+    EXPECT_EQ(f.db.prompts.shown.last(), "No contacts on 432 MHz: no file written.");
+    EXPECT_FALSE(QFile::exists(f.db.dir.file("70cm.edi")));
+}
+
+TEST(Form5Jobs, ContestNumbersCountPerBandAndReachAdifAndEdi)
+{
+    Form5Fixture f(10,
+        { contact("DL1ABC", "JO62QM", "144", { { "NrSent", "007" }, { "GMT", "18:00" } }),
+            contact("DL2ABC", "JO62QM", "432", { { "NrSent", "020" }, { "GMT", "18:00" } }) });
+    f.db.dir.write("Kestrel.ini", "[log]\nclock=utc\n");
+    f.click("addnew");
+    EXPECT_EQ(f.text("Ns"), "008");
+    f.edit("Ca")->setText("OK1KKD");
+    f.edit("Gr")->setText("JO70SQ");
+    f.edit("GM")->setText("18:05");
+    f.edit("Nr")->setText("15");
+    f.click("Save");
+    ASSERT_TRUE(f.waitIdle());
+    EXPECT_EQ(f.texts({ "Ns", "Nr" }), (QStringList { "", "" }));
+    EXPECT_EQ(f.db.rows({ "NrSent", "NrRcvd" }).last(), (Row { { "NrSent", "008" }, { "NrRcvd", "15" } }));
+    f.click("OptBand11");
+    f.click("addnew");
+    EXPECT_EQ(f.text("Ns"), "021");
+    f.click("OptBand10");
+    f.form->exportAdif(f.db.dir.file("2m.adi"), false);
+    ASSERT_TRUE(f.waitIdle());
+    EXPECT_TRUE(f.db.dir.read("2m.adi").contains("<STX:3>008 <SRX:2>15 "))
+        << f.db.dir.read("2m.adi").toStdString();
+    f.form->exportEdi(f.db.dir.file("2m.edi"));
+    EXPECT_TRUE(f.db.dir.read("2m.edi").contains(";1805;OK1KKD;1;59;008;59;015;;JO70SQ;"))
+        << f.db.dir.read("2m.edi").toStdString();
+}
+
+TEST(Form5Jobs, SquareMapWritesTheBandShownAndStartsTheViewer)
+{
+    Form5Fixture f(10,
+        { imported("JO62QM", "144", "DL1ABC"), imported("jo62", "144", "DL3ABC"),
+            imported("JN48", "144", "DL4ABC"), imported("IO91", "432", "G4ABC") });
+    f.click("squareMap");
+    EXPECT_EQ(f.db.prompts.shown, QStringList { "2m: 2 squares, 2 confirmed" });
+    ASSERT_EQ(f.viewer.opened.size(), 1);
+    EXPECT_EQ(QFileInfo(f.viewer.opened[0]).fileName(), "squares.kml");
+    EXPECT_EQ(f.db.dir.read("squares.kml").count("<Placemark>"), 2);
+}

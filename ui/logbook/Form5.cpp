@@ -12,6 +12,7 @@
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
+#include "logbook/entry/ContestNumbers.h"
 #include "logbook/entry/EntryRules.h"
 #include "logbook/entry/LogClock.h"
 #include "mapexport/LogCount.h"
@@ -63,8 +64,10 @@ Form5::Form5(Station& station, QWidget* parent)
     connect(ui_.Search, &QPushButton::clicked, this, &Form5::Search_Click);
     connect(ui_.gridDEC, &QPushButton::clicked, this, &Form5::gridDEC_Click);
     connect(ui_.GoogleEarth, &QPushButton::clicked, this, &Form5::GoogleEarth_Click);
+    connect(ui_.squareMap, &QPushButton::clicked, this, &Form5::squareMap_Click);
     connect(ui_.adifImport, &QPushButton::clicked, this, &Form5::chooseImportFile);
     connect(ui_.adifExport, &QPushButton::clicked, this, &Form5::chooseExportFile);
+    connect(ui_.ediExport, &QPushButton::clicked, this, &Form5::chooseEdiFile);
     connect(ui_.cmdExit, &QPushButton::clicked, this, &QWidget::close);
     connect(
         ui_.DataGrid1->horizontalHeader(), &QHeaderView::sortIndicatorChanged, model_, &LogGridModel::sort);
@@ -231,6 +234,8 @@ EntryLine Form5::entryLine() const
     l.Qs = ui_.Qs->text();
     l.Pr = ui_.Pr->text();
     l.cou = ui_.cou->text();
+    l.Ns = ui_.Ns->text();
+    l.Nr = ui_.Nr->text();
     return l;
 }
 
@@ -250,6 +255,8 @@ void Form5::addnew_Click()
         station_.prompts.information(EntryRules::SelectBand);
         return;
     }
+    ui_.Ns->setText(ContestNumbers::nextSent(station_.dbConnection, station_.bandPattern));
+    ui_.Nr->clear();
     ui_.Ca->setFocus();
 }
 
@@ -261,8 +268,8 @@ void Form5::Save_Click()
         station_.prompts.information(ContactSave::NoNewRecordset);
         return;
     }
-    for (QLineEdit* b :
-        { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs, ui_.Co, ui_.Pr })
+    for (QLineEdit* b : { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs,
+             ui_.Co, ui_.Pr, ui_.Ns, ui_.Nr })
         b->clear();
     runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
 }

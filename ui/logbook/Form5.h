@@ -44,11 +44,15 @@ public:
     void Search_Click();
     void gridDEC_Click();
     void GoogleEarth_Click();
+    // squares.kml in the current folder for the band shown (every band with "all"), then the viewer.
+    void squareMap_Click();
     // Asks " Delete Recordset ?" and deletes the grid's current row on Yes.
     void DataGrid1_BeforeDelete();
     // ADIF import of a file, export to a file (the buttons ask for the file first).
     void importAdif(const QString& path);
     void exportAdif(const QString& path, bool allBands);
+    // EDI contest file of the band shown; the report names every contact scored 0.
+    void exportEdi(const QString& path);
     // The DXCC lookup and the locator check (run when Ca and Gr lose focus).
     void dxccLookup();
     void locatorCheck();
@@ -81,6 +85,7 @@ private:
     void showError(const QString& numberAndDescription, const QString& procedure);
     void chooseImportFile();
     void chooseExportFile();
+    void chooseEdiFile();
     void runJob(SlicedJob* job);
     // The square or entity counts in slices (the window stays usable), then `after`. A new
     // run replaces one still under way.

@@ -5,9 +5,12 @@
 #include "logbook/adif/AdifImport.h"
 #include "logbook/completion/MapDataCompletion.h"
 #include "logbook/entry/LogClock.h"
+#include "logbook/edi/EdiExport.h"
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
 #include "mapexport/RichtungQrb.h"
+#include "mapexport/MapViewer.h"
+#include "mapexport/SquareMap.h"
 #include "ui/logbook/Form5.h"
 #include "ui/logbook/SlicedJob.h"
 
@@ -270,4 +273,39 @@ void Form5::exportAdif(const QString& path, bool allBands)
             station_.prompts.information(exporter->report());
     });
     runJob(job);
+}
+
+void Form5::chooseEdiFile()
+{
+    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("EDI export"),
+        QDir::current().filePath(QStringLiteral("contest.edi")), QStringLiteral("EDI files (*.edi)"));
+    if (!path.isEmpty())
+        exportEdi(path);
+}
+
+void Form5::exportEdi(const QString& path)
+{
+    if (isBusy())
+        return;
+    EdiExport exporter(station_.dbConnection, station_.bandPattern, EdiExport::logIsUtcFromSettings());
+    exporter.write(EdiContest::fromSettings(station_.settings), path);
+    QStringList lines = exporter.problems().mid(0, kReportLines);
+    if (exporter.problems().size() > kReportLines)
+        lines << QStringLiteral("... and %1 more.").arg(exporter.problems().size() - kReportLines);
+    lines.prepend(exporter.report());
+    station_.prompts.information(lines.join(QLatin1Char('\n')));
+}
+
+void Form5::squareMap_Click()
+{
+    if (isBusy())
+        return;
+    const QString path = QDir::current().filePath(QStringLiteral("squares.kml"));
+    SquareTally tally;
+    QString report;
+    const bool written = SquareMap::write(station_.dbConnection, station_.bandPattern, path,
+        station_.myCall + QStringLiteral(" squares"), &tally, &report);
+    station_.prompts.information(report);
+    if (written)
+        viewer_->open(path);
 }

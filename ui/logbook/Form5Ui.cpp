@@ -131,6 +131,16 @@ void Form5Ui::setupUi(QWidget* window)
     cou = label("cou", QString(), entry);
     cou->setMinimumWidth(160);
     entryRow->addWidget(cou);
+    entryRow->addWidget(new QLabel(QStringLiteral("Nr s"), entry));
+    Ns = named(new QLineEdit(entry), "Ns");
+    entryRow->addWidget(Ns);
+    entryRow->addWidget(new QLabel(QStringLiteral("Nr r"), entry));
+    Nr = named(new QLineEdit(entry), "Nr");
+    entryRow->addWidget(Nr);
+    for (QLineEdit* e : { Ns, Nr }) {
+        e->setFixedWidth(44);
+        e->setToolTip(QStringLiteral("Contest serial number (optional; counts per band)"));
+    }
     qrbInfo = label("qrbInfo", QString(), entry);
     entryRow->addWidget(qrbInfo, 1);
     addnew = button("addnew", QStringLiteral("&New QSO"), entry);
@@ -184,6 +194,9 @@ void Form5Ui::setupUi(QWidget* window)
     gridDEC->setToolTip(
         QStringLiteral("Adds map data to imported contacts of this band that have a locator"));
     bottom->addWidget(gridDEC);
+    squareMap = button("squareMap", QStringLiteral("S&quare map"), content);
+    squareMap->setToolTip(QStringLiteral("Writes squares.kml: worked and confirmed squares per band"));
+    bottom->addWidget(squareMap);
     bottom->addStretch(1);
     adifImport = button("adifImport", QStringLiteral("ADIF &import..."), content);
     adifExport = button("adifExport", QStringLiteral("ADIF &export..."), content);
@@ -192,6 +205,9 @@ void Form5Ui::setupUi(QWidget* window)
     bottom->addWidget(adifImport);
     bottom->addWidget(adifExport);
     bottom->addWidget(adifAllBands);
+    ediExport = button("ediExport", QStringLiteral("ED&I export..."), content);
+    ediExport->setToolTip(QStringLiteral("Writes the band shown as an EDI contest file"));
+    bottom->addWidget(ediExport);
     bottom->addSpacing(12);
     cmdExit = button("cmdExit", QStringLiteral("E&xit"), content);
     bottom->addWidget(cmdExit);

@@ -20,6 +20,7 @@ struct Form5Ui {
     QLineEdit *DA = nullptr, *GM = nullptr, *Ca = nullptr, *Gr = nullptr, *Rss = nullptr, *Rr = nullptr;
     QLineEdit *Ba = nullptr, *mo = nullptr, *Na = nullptr, *Co = nullptr, *Qs = nullptr, *Pr = nullptr;
     QLabel* cou = nullptr;
+    QLineEdit *Ns = nullptr, *Nr = nullptr; // contest serial numbers sent and received
     QLabel* qrbInfo = nullptr; // distance and bearing of the locator entered
     QPushButton* Save = nullptr;
     QPushButton* addnew = nullptr;
@@ -43,9 +44,11 @@ struct Form5Ui {
     QPushButton* Search = nullptr;
     QPushButton* GoogleEarth = nullptr;
     QPushButton* gridDEC = nullptr;
+    QPushButton* squareMap = nullptr; // award map of worked and confirmed squares
     QPushButton* adifImport = nullptr;
     QPushButton* adifExport = nullptr;
     QCheckBox* adifAllBands = nullptr;
+    QPushButton* ediExport = nullptr; // the band shown, as an EDI contest file
     QPushButton* cmdExit = nullptr;
 
     void setupUi(QWidget* window);

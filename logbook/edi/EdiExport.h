@@ -1,0 +1,36 @@
+#pragma once
+// Writes one band of the log as an EDI file: reads the band's contacts oldest first, turns the
+// log's date and time into UTC, scores them (EdiLog) and replaces the file only when it is
+// whole. A band without contacts writes no file.
+#include "logbook/edi/EdiContest.h"
+
+#include <QDateTime>
+#include <QStringList>
+
+class EdiExport {
+public:
+    enum class Result { Written, Empty, Failed };
+
+    // `bandPattern` is the band button's LIKE pattern ("144%"); `logIsUtc` tells whether the
+    // log's dates and times are UTC (else local time of this machine).
+    EdiExport(const QString& connection, const QString& bandPattern, bool logIsUtc);
+
+    Result write(const EdiContest& contest, const QString& path);
+
+    // "48 contacts (12345 points) written to 2m.edi." or why nothing was written.
+    const QString& report() const { return report_; }
+    // The contacts scored 0 or left out, one sentence each.
+    const QStringList& problems() const { return problems_; }
+
+    // The log's clock from Kestrel.ini ([log] clock=utc), local otherwise.
+    static bool logIsUtcFromSettings();
+    // A stored date and time in the log's clock as UTC.
+    static QDateTime utcOf(QDate date, QTime time, bool logIsUtc);
+
+private:
+    QString connection_;
+    QString bandPattern_;
+    bool logIsUtc_;
+    QString report_;
+    QStringList problems_;
+};
