@@ -9,6 +9,7 @@
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/SchemaMigration.h"
 #include "logbook/edi/EdiExport.h"
+#include "logbook/entry/LogClock.h"
 #include "logbook/entry/BandTable.h"
 
 #include <QFile>
@@ -224,7 +225,7 @@ int LogTool::exportEdi(const QString& file, const QString& band)
                                    "Kestrel.txt is (the folder Kestrel starts in)."));
     if (!open(false))
         return Failed;
-    EdiExport exporter(db_, pattern, EdiExport::logIsUtcFromSettings());
+    EdiExport exporter(db_, pattern, LogClock::configured());
     const EdiExport::Result result = exporter.write(contest, file);
     for (const QString& p : exporter.problems())
         err_ << "kestrel-log: " << p << Qt::endl;

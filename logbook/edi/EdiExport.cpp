@@ -1,6 +1,5 @@
 #include "logbook/edi/EdiExport.h"
 
-#include "core/ExtensionSettings.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
 #include "logbook/edi/EdiLog.h"
@@ -10,23 +9,11 @@
 #include <QSaveFile>
 #include <algorithm>
 
-EdiExport::EdiExport(const QString& connection, const QString& bandPattern, bool logIsUtc)
+EdiExport::EdiExport(const QString& connection, const QString& bandPattern, LogClock::Base clock)
     : connection_(connection)
     , bandPattern_(bandPattern)
-    , logIsUtc_(logIsUtc)
+    , clock_(clock)
 {
-}
-
-bool EdiExport::logIsUtcFromSettings()
-{
-    return ExtensionSettings::value(QStringLiteral("log/clock"))
-               .compare(QLatin1String("utc"), Qt::CaseInsensitive)
-        == 0;
-}
-
-QDateTime EdiExport::utcOf(QDate date, QTime time, bool logIsUtc)
-{
-    return QDateTime(date, time, logIsUtc ? Qt::UTC : Qt::LocalTime).toUTC();
 }
 
 EdiExport::Result EdiExport::write(const EdiContest& contest, const QString& path)
@@ -65,7 +52,7 @@ EdiExport::Result EdiExport::write(const EdiContest& contest, const QString& pat
                              .arg(q.call, text(row, date), text(row, gmt));
             continue;
         }
-        q.utc = utcOf(d, t, logIsUtc_);
+        q.utc = LogClock::toUtc(d, t, clock_);
         q.mode = text(row, mode);
         q.rstSent = text(row, rsts);
         q.rstRcvd = text(row, rstr);

@@ -3,6 +3,7 @@
 // log's date and time into UTC, scores them (EdiLog) and replaces the file only when it is
 // whole. A band without contacts writes no file.
 #include "logbook/edi/EdiContest.h"
+#include "logbook/entry/LogClock.h"
 
 #include <QDateTime>
 #include <QStringList>
@@ -11,9 +12,9 @@ class EdiExport {
 public:
     enum class Result { Written, Empty, Failed };
 
-    // `bandPattern` is the band button's LIKE pattern ("144%"); `logIsUtc` tells whether the
-    // log's dates and times are UTC (else local time of this machine).
-    EdiExport(const QString& connection, const QString& bandPattern, bool logIsUtc);
+    // `bandPattern` is the band button's LIKE pattern ("144%"); `clock` is the clock the log's
+    // dates and times were stored in.
+    EdiExport(const QString& connection, const QString& bandPattern, LogClock::Base clock);
 
     Result write(const EdiContest& contest, const QString& path);
 
@@ -22,15 +23,10 @@ public:
     // The contacts scored 0 or left out, one sentence each.
     const QStringList& problems() const { return problems_; }
 
-    // The log's clock from Kestrel.ini ([log] clock=utc), local otherwise.
-    static bool logIsUtcFromSettings();
-    // A stored date and time in the log's clock as UTC.
-    static QDateTime utcOf(QDate date, QTime time, bool logIsUtc);
-
 private:
     QString connection_;
     QString bandPattern_;
-    bool logIsUtc_;
+    LogClock::Base clock_;
     QString report_;
     QStringList problems_;
 };

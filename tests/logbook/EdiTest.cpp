@@ -35,7 +35,7 @@ struct EdiDb : TestDb {
     EdiExport::Result write(
         const QString& pattern, const QString& name, const EdiContest& c = goldenContest())
     {
-        EdiExport e(path(), pattern, true);
+        EdiExport e(path(), pattern, LogClock::Base::Utc);
         const EdiExport::Result r = e.write(c, dir.file(name));
         report = e.report();
         problems = e.problems();

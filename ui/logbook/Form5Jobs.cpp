@@ -287,7 +287,7 @@ void Form5::exportEdi(const QString& path)
 {
     if (isBusy())
         return;
-    EdiExport exporter(station_.dbConnection, station_.bandPattern, EdiExport::logIsUtcFromSettings());
+    EdiExport exporter(station_.dbConnection, station_.bandPattern, LogClock::configured());
     exporter.write(EdiContest::fromSettings(station_.settings), path);
     QStringList lines = exporter.problems().mid(0, kReportLines);
     if (exporter.problems().size() > kReportLines)
