@@ -29,6 +29,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <vector>
@@ -217,9 +218,8 @@ Timing importMs(const QString& path, const QByteArray& adif, bool withDxcc, int*
     return { double(t.nsecsElapsed()) / 1e6, cpuMs() - cpu };
 }
 
-void benchAdifImport(const QString& dir)
+void benchAdifImport(const QString& dir, int records)
 {
-    const int records = 100000;
     const QByteArray adif = generateAdif(records);
     int withLookup = 0;
     int without = 0;
@@ -286,6 +286,13 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     QTemporaryDir dir;
+    // "bench_logbook import [N [DIR]]" runs the ADIF import alone, e.g. under callgrind with fewer
+    // records; with DIR the imported databases are left there to compare.
+    if (argc >= 2 && qstrcmp(argv[1], "import") == 0) {
+        benchAdifImport(argc >= 4 ? QString::fromLocal8Bit(argv[3]) : dir.path(),
+            argc >= 3 ? std::max(1, std::atoi(argv[2])) : 100000);
+        return 0;
+    }
     const QString path = dir.filePath(QStringLiteral("backup.db"));
     const int contacts = 100000;
 
@@ -428,6 +435,6 @@ int main(int argc, char** argv)
     all.close();
 
     benchDxccBulk(path);
-    benchAdifImport(dir.path());
+    benchAdifImport(dir.path(), 100000);
     return 0;
 }

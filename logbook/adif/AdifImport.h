@@ -22,7 +22,7 @@
 
 struct AdifContact;
 class DbConnection;
-class QSqlQuery;
+struct sqlite3_stmt;
 
 struct AdifRefusal {
     int line = 0;
@@ -75,6 +75,9 @@ private:
     bool complete(AdifContact& contact);
     void refuse(const AdifRecord& record, const QString& reason);
     bool commitPending();
+    // Binds one contact's values and runs the INSERT; false with error_ set.
+    bool insert(const AdifContact& contact);
+    DbError statementError() const;
 
     QString connection_;
     LocatorProcedure locate_;
@@ -88,7 +91,7 @@ private:
     QList<int> columnIndex_; // their positions in AdifContact::columns()
     QString insertSql_;
     std::unique_ptr<DbConnection> conn_;
-    std::unique_ptr<QSqlQuery> insert_; // goes before its connection
+    sqlite3_stmt* insert_ = nullptr; // one prepared INSERT per transaction, finalized before its connection
     bool inTransaction_ = false;
     int pending_ = 0; // records of the open transaction
     int imported_ = 0;
