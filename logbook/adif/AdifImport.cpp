@@ -225,8 +225,13 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
     clock.start();
     // One connection for the whole import; a transaction holds CommitEvery records, so the
     // disk is synced a few times per 100 000 records instead of at every slice.
-    if (!conn_)
+    if (!conn_) {
         conn_ = std::make_unique<DbConnection>(connection_);
+        // The indexes take keys all over the file: a page cache that holds them spares
+        // reading pages back from the journal and the file for every record.
+        if (conn_->isOpen())
+            conn_->exec(QStringLiteral("PRAGMA cache_size=-65536"));
+    }
     if (!conn_->isOpen())
         return fail(conn_->error());
     if (!inTransaction_) {
