@@ -176,6 +176,7 @@ bool AdifImport::insert(const AdifContact& contact)
 {
     // Bound as the Qt driver would bind these values: a null text is NULL, an empty one ''.
     const QVariantList values = contact.values();
+    texts_.resize(std::size_t(columnIndex_.size()));
     for (int k = 0; k < columnIndex_.size(); ++k) {
         const QVariant& v = values[columnIndex_[k]];
         const int at = k + 1;
@@ -191,10 +192,24 @@ bool AdifImport::insert(const AdifContact& contact)
             rc = sqlite3_bind_double(insert_, at, v.toDouble());
             break;
         case QMetaType::QString: {
-            // The values outlive the step, so SQLite need not copy the text.
             const auto* text = static_cast<const QString*>(v.constData());
-            rc = text->isNull()
-                ? sqlite3_bind_null(insert_, at)
+            if (text->isNull()) {
+                rc = sqlite3_bind_null(insert_, at);
+                break;
+            }
+            // ASCII goes in as UTF-8, the log's encoding, so SQLite neither copies nor converts
+            // it; other text as UTF-16 as before. The buffers live until the next record.
+            std::string& bytes = texts_[std::size_t(k)];
+            bytes.clear();
+            bool ascii = true;
+            for (const QChar ch : *text) {
+                ascii = ch.unicode() < 0x80;
+                if (!ascii)
+                    break;
+                bytes += char(ch.unicode());
+            }
+            rc = ascii
+                ? sqlite3_bind_text(insert_, at, bytes.data(), int(bytes.size()), SQLITE_STATIC)
                 : sqlite3_bind_text16(insert_, at, text->constData(), int(text->size() * 2), SQLITE_STATIC);
             break;
         }

@@ -19,6 +19,8 @@
 #include <QString>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 struct AdifContact;
 class DbConnection;
@@ -91,6 +93,7 @@ private:
     QList<int> columnIndex_; // their positions in AdifContact::columns()
     QString insertSql_;
     std::unique_ptr<DbConnection> conn_;
+    std::vector<std::string> texts_; // UTF-8 of the bound texts, one a column
     sqlite3_stmt* insert_ = nullptr; // one prepared INSERT per transaction, finalized before its connection
     bool inTransaction_ = false;
     int pending_ = 0; // records of the open transaction
