@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlQuery>
+#include <QStringBuilder>
 
 #include <sqlite3.h>
 
@@ -38,8 +39,9 @@ qint64 AdifImport::total() const
 QString AdifImport::duplicateKey(const QString& callsign, const QString& date, const QString& time,
     const QString& band, const QString& mode)
 {
-    return callsign.toUpper() + QLatin1Char('|') + date + QLatin1Char('|') + ContactSummary::timeText(time)
-        + QLatin1Char('|') + band + QLatin1Char('|') + mode.toUpper();
+    // One allocation (QStringBuilder): a key is made for every record and every contact of the log.
+    return callsign.toUpper() % QLatin1Char('|') % date % QLatin1Char('|') % ContactSummary::timeText(time)
+        % QLatin1Char('|') % band % QLatin1Char('|') % mode.toUpper();
 }
 
 AdifImport::State AdifImport::fail(const DbError& e)
