@@ -19,10 +19,12 @@
 #include <QString>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 struct AdifContact;
 class DbConnection;
-class QSqlQuery;
+struct sqlite3_stmt;
 
 struct AdifRefusal {
     int line = 0;
@@ -75,6 +77,9 @@ private:
     bool complete(AdifContact& contact);
     void refuse(const AdifRecord& record, const QString& reason);
     bool commitPending();
+    // Binds one contact's values and runs the INSERT; false with error_ set.
+    bool insert(const AdifContact& contact);
+    DbError statementError() const;
 
     QString connection_;
     LocatorProcedure locate_;
@@ -88,7 +93,8 @@ private:
     QList<int> columnIndex_; // their positions in AdifContact::columns()
     QString insertSql_;
     std::unique_ptr<DbConnection> conn_;
-    std::unique_ptr<QSqlQuery> insert_; // goes before its connection
+    std::vector<std::string> texts_; // UTF-8 of the bound texts, one a column
+    sqlite3_stmt* insert_ = nullptr; // one prepared INSERT per transaction, finalized before its connection
     bool inTransaction_ = false;
     int pending_ = 0; // records of the open transaction
     int imported_ = 0;

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QString AppBand = QStringLiteral("APP_KESTREL_BAND");
@@ -330,8 +332,9 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
             *reason = r.error;
         return false;
     }
-    // A field of ConsumedFields: it has a column and is not kept as extra text.
-    auto take = [&r](const char* name) { return r.value(QLatin1String(name)); };
+    // A field of ConsumedFields: it has a column and is not kept as extra text. Names are
+    // literals (u"CALL"_s), so looking a field up allocates nothing.
+    auto take = [&r](const QString& name) { return r.value(name); };
     bool extJoined = false;
     QList<QPair<QString, QString>> extra;
     // A field kept as text where its column cannot take it.
@@ -342,13 +345,13 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
                           .arg(QLatin1String(name), r.value(QLatin1String(name)), why);
     };
 
-    c.callsign = take("CALL").trimmed().toUpper();
+    c.callsign = take(u"CALL"_s).trimmed().toUpper();
     if (c.callsign.isEmpty()) {
         if (reason)
             *reason = QStringLiteral("no CALL");
         return false;
     }
-    const QString date = take("QSO_DATE");
+    const QString date = take(u"QSO_DATE"_s);
     const QDate day = LogClock::compactDate(date.trimmed());
     if (!day.isValid()) {
         if (reason)
@@ -357,7 +360,7 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
         return false;
     }
     c.date = LogClock::storedDate(day);
-    const QString time = take("TIME_ON");
+    const QString time = take(u"TIME_ON"_s);
     c.gmt = timeFromAdif(time);
     if (!c.gmt.isEmpty()) {
         const QDateTime onClock = LogClock::fromUtc(day, LogClock::time(c.gmt), clock);
@@ -367,8 +370,8 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
     } else if (!time.isEmpty()) {
         keep("TIME_ON", QStringLiteral("is not a time (HHMM or HHMMSS)"));
     }
-    const QString bandName = take("BAND");
-    const QString freq = take("FREQ").trimmed();
+    const QString bandName = take(u"BAND"_s);
+    const QString freq = take(u"FREQ"_s).trimmed();
     c.band = r.has(AppBand) ? r.value(AppBand) : AdifBands::bandTextFor(bandName, freq);
     if (c.band.isEmpty() && !bandName.isEmpty())
         keep("BAND", QStringLiteral("is no band of the log"));
@@ -376,7 +379,7 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
         keep("FREQ", QStringLiteral("is in no band of the log"));
     if (!c.band.isEmpty())
         c.freq = r.has(AppFreq) ? r.value(AppFreq) : freqColumn(freq, c.band);
-    const QString grid = take("GRIDSQUARE").trimmed().toUpper();
+    const QString grid = take(u"GRIDSQUARE"_s).trimmed().toUpper();
     const QString gridExt = r.value(QStringLiteral("GRIDSQUARE_EXT")).trimmed().toUpper();
     if (Locator::isValid(grid)) {
         c.grid = grid;
@@ -387,7 +390,7 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
     } else if (!grid.isEmpty()) {
         keep("GRIDSQUARE", QStringLiteral("is not a locator"));
     }
-    const QString distance = take("DISTANCE").trimmed();
+    const QString distance = take(u"DISTANCE"_s).trimmed();
     if (!distance.isEmpty()) {
         bool ok = false;
         const double km = distance.toDouble(&ok);
@@ -399,16 +402,16 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
         else
             c.qrb = km;
     }
-    const QString submode = take("SUBMODE");
-    c.mode = submode.isEmpty() ? take("MODE") : submode;
+    const QString submode = take(u"SUBMODE"_s);
+    c.mode = submode.isEmpty() ? take(u"MODE"_s) : submode;
     // The MODE of a submode that does not give it back is kept.
     const bool modeKept = !submode.isEmpty() && modeFields(submode).first != r.value(QStringLiteral("MODE"));
-    c.rsts = take("RST_SENT");
-    c.rstr = take("RST_RCVD");
-    c.nam = take("NAME");
-    c.comment = take("COMMENT");
-    const QString sent = take("QSL_SENT");
-    const QString rcvd = take("QSL_RCVD");
+    c.rsts = take(u"RST_SENT"_s);
+    c.rstr = take(u"RST_RCVD"_s);
+    c.nam = take(u"NAME"_s);
+    c.comment = take(u"COMMENT"_s);
+    const QString sent = take(u"QSL_SENT"_s);
+    const QString rcvd = take(u"QSL_RCVD"_s);
     c.qsl = r.has(AppQsl) ? r.value(AppQsl)
                           : qslLetter(sent, rcvd, r.value(QStringLiteral("LOTW_QSL_RCVD")),
                               r.value(QStringLiteral("EQSL_QSL_RCVD")));
@@ -419,32 +422,32 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
                 extra.append({ QLatin1String(name), value });
         }
     }
-    c.prop = r.has(AppProp) ? r.value(AppProp) : propCode(take("PROP_MODE"));
-    c.dxcc = take("COUNTRY");
-    c.dxccNr = take("DXCC").trimmed();
-    c.qslman = take("QSL_VIA");
-    c.txPwr = take("TX_PWR");
-    c.antenna = take("MY_ANTENNA");
-    c.myCall = take("STATION_CALLSIGN");
+    c.prop = r.has(AppProp) ? r.value(AppProp) : propCode(take(u"PROP_MODE"_s));
+    c.dxcc = take(u"COUNTRY"_s);
+    c.dxccNr = take(u"DXCC"_s).trimmed();
+    c.qslman = take(u"QSL_VIA"_s);
+    c.txPwr = take(u"TX_PWR"_s);
+    c.antenna = take(u"MY_ANTENNA"_s);
+    c.myCall = take(u"STATION_CALLSIGN"_s);
     if (c.myCall.isEmpty())
         c.myCall = r.value(QStringLiteral("OPERATOR")); // OPERATOR itself is kept as it is
-    c.myGrid = take("MY_GRIDSQUARE");
-    c.contest = take("CONTEST_ID");
-    const QString stx = take("STX");
-    const QString srx = take("SRX");
-    c.nrSent = r.has(QStringLiteral("STX_STRING")) ? take("STX_STRING") : stx;
-    c.nrRcvd = r.has(QStringLiteral("SRX_STRING")) ? take("SRX_STRING") : srx;
-    c.qslSent = take("QSLSDATE");
-    c.qslRcvd = take("QSLRDATE");
-    c.cont = take("CONT");
+    c.myGrid = take(u"MY_GRIDSQUARE"_s);
+    c.contest = take(u"CONTEST_ID"_s);
+    const QString stx = take(u"STX"_s);
+    const QString srx = take(u"SRX"_s);
+    c.nrSent = r.has(QStringLiteral("STX_STRING")) ? take(u"STX_STRING"_s) : stx;
+    c.nrRcvd = r.has(QStringLiteral("SRX_STRING")) ? take(u"SRX_STRING"_s) : srx;
+    c.qslSent = take(u"QSLSDATE"_s);
+    c.qslRcvd = take(u"QSLRDATE"_s);
+    c.cont = take(u"CONT"_s);
     for (auto [name, target] : { std::pair { "CQZ", &c.cqZone }, std::pair { "ITUZ", &c.ituZone } }) {
-        const QString z = take(name).trimmed();
+        const QString z = take(QLatin1String(name)).trimmed();
         if (isDigits(z))
             *target = QString::number(z.toInt());
         else if (!z.isEmpty())
             keep(name, QStringLiteral("is not a zone number"));
     }
-    c.remarks = take("NOTES");
+    c.remarks = take(u"NOTES"_s);
     for (auto it = r.fields.cbegin(); it != r.fields.cend(); ++it) {
         const QString& name = it.key();
         if (ConsumedFields.contains(name) || (name == QLatin1String("GRIDSQUARE_EXT") && extJoined)

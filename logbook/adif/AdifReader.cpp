@@ -7,8 +7,11 @@
 
 namespace {
 
-QString decode(const QByteArray& bytes)
+QString decode(QByteArrayView bytes)
 {
+    // ASCII reads the same either way; only other bytes need the decoder.
+    if (!bytes.isEmpty() && std::all_of(bytes.begin(), bytes.end(), [](char c) { return uchar(c) < 0x80; }))
+        return QString::fromLatin1(bytes);
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString s = utf8.decode(bytes);
     return utf8.hasError() ? QString::fromLatin1(bytes) : s;
@@ -75,11 +78,13 @@ AdifReader::Parsed AdifReader::parseTag()
         advanceTo(open + 1);
         return p;
     }
-    const QByteArray inside = data_.mid(open + 1, close - open - 1).trimmed();
-    const QList<QByteArray> parts = inside.split(':');
-    const QString name = QString::fromLatin1(parts[0].trimmed()).toUpper();
+    // Views into the data: a tag is read without copying its parts.
+    const QByteArrayView inside = QByteArrayView(data_).sliced(open + 1, close - open - 1).trimmed();
+    const qsizetype colon = inside.indexOf(':');
+    const qsizetype colons = colon < 0 ? 0 : inside.count(':');
+    const QString name = QString::fromLatin1((colon < 0 ? inside : inside.first(colon)).trimmed()).toUpper();
     advanceTo(close + 1);
-    if (parts.size() == 1) {
+    if (colons == 0) {
         if (name == QLatin1String("EOR"))
             p.tag = Tag::EndOfRecord;
         else if (name == QLatin1String("EOH"))
@@ -91,8 +96,10 @@ AdifReader::Parsed AdifReader::parseTag()
         return p;
     }
     bool ok = false;
-    const qint64 length = parts[1].trimmed().toLongLong(&ok);
-    if (name.isEmpty() || !ok || length < 0 || parts.size() > 3) {
+    const QByteArrayView afterName = inside.sliced(colon + 1);
+    const qsizetype lengthEnd = afterName.indexOf(':');
+    const qint64 length = (lengthEnd < 0 ? afterName : afterName.first(lengthEnd)).trimmed().toLongLong(&ok);
+    if (name.isEmpty() || !ok || length < 0 || colons > 2) {
         p.tag = Tag::Damaged;
         p.error = QStringLiteral("the tag <%1> is not of the form <NAME:length>")
                       .arg(QString::fromLatin1(inside));
@@ -114,7 +121,7 @@ AdifReader::Parsed AdifReader::parseTag()
             p.note = QStringLiteral("the length of %1 counts characters, not bytes").arg(name);
         }
     }
-    p.value = decode(data_.mid(close + 1, end - close - 1));
+    p.value = decode(QByteArrayView(data_).sliced(close + 1, end - close - 1));
     advanceTo(end);
     return p;
 }

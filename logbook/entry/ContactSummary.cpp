@@ -2,6 +2,8 @@
 
 #include "logbook/entry/LogClock.h"
 
+#include <QStringBuilder>
+
 #include <cmath>
 
 namespace ContactSummary {
@@ -30,11 +32,12 @@ QString numberText(float value)
 
 QString text(const SummaryValues& v)
 {
-    return QStringLiteral("Log: ") + v.callsign + QLatin1Char(' ') + v.band + QStringLiteral(" kHz ")
-        + dateText(v.date) + QLatin1Char(' ') + timeText(v.time) + QStringLiteral(" rsts:") + v.rsts
-        + QStringLiteral(" rstr:") + v.rstr + QStringLiteral(" QRB:") + numberText(v.distanceKm)
-        + QStringLiteral("km  ") + QStringLiteral("QTF:") + numberText(v.bearing) + QStringLiteral(" QSL: ")
-        + v.qsl + QStringLiteral(" Prop:") + v.prop + QLatin1Char(' ') + v.comment;
+    // One allocation for the whole text (QStringBuilder): the import writes one per contact.
+    return QStringLiteral("Log: ") % v.callsign % QLatin1Char(' ') % v.band % QStringLiteral(" kHz ")
+        % dateText(v.date) % QLatin1Char(' ') % timeText(v.time) % QStringLiteral(" rsts:") % v.rsts
+        % QStringLiteral(" rstr:") % v.rstr % QStringLiteral(" QRB:") % numberText(v.distanceKm)
+        % QStringLiteral("km  ") % QStringLiteral("QTF:") % numberText(v.bearing) % QStringLiteral(" QSL: ")
+        % v.qsl % QStringLiteral(" Prop:") % v.prop % QLatin1Char(' ') % v.comment;
 }
 
 } // namespace ContactSummary
