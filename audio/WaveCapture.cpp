@@ -1,8 +1,8 @@
 #include "audio/WaveCapture.h"
 
 #include "audio/AudioLog.h"
+#include "audio/RecordingInput.h"
 #include "audio/SoundCardInput.h"
-#include "audio/WavFileInput.h"
 #include "core/ExtensionSettings.h"
 #include "core/Prompts.h"
 
@@ -26,7 +26,7 @@ WaveCapture::Factory WaveCapture::soundCard()
 
 WaveCapture::Factory WaveCapture::waveFile(const QString& path, bool paced)
 {
-    return [path, paced] { return std::make_unique<WavFileInput>(path, paced); };
+    return [path, paced] { return std::make_unique<RecordingInput>(path, paced); };
 }
 
 void WaveCapture::setFactory(Factory factory)

@@ -20,7 +20,7 @@ public:
 
     // The sound card named by Kestrel.ini's audio/device (read at each start).
     static Factory soundCard();
-    static Factory waveFile(const QString& path, bool paced);
+    static Factory waveFile(const QString& path, bool paced); // any format RecordingReader reads
     // Takes effect at the next start.
     void setFactory(Factory factory);
 

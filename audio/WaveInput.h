@@ -1,5 +1,5 @@
 #pragma once
-// A source of recorded buffers for the spectrum monitor: the sound card or a WAV file. Buffers
+// A source of recorded buffers for the spectrum monitor: the sound card or a recording. Buffers
 // are recorded back to back; the monitor polls for the oldest finished one.
 #include <QObject>
 #include <QString>

@@ -52,8 +52,8 @@ std::optional<qint64> BeaconCounterFor(const QString& qrg)
 
 std::optional<BeaconTuning> BeaconTuningFor(const QString& qrg)
 {
-    const std::optional<BeaconBand> band = BeaconBandFor(qrg);
-    if (!band)
+    BeaconTuning tuning { BeaconBandFor(qrg), BeaconCounterFor(qrg) };
+    if (!tuning.band && !tuning.counter)
         return std::nullopt;
-    return BeaconTuning { *band, BeaconCounterFor(qrg) };
+    return tuning;
 }

@@ -12,10 +12,11 @@ struct BeaconBand {
     int microwaveOption = 0; // OptBandR index 1..9 (1296 ... 122G), 0 for a VHF band
 };
 
-// What the rig does for a chosen beacon: the band to switch on and, when the frequency text
-// is a number of kHz, the frequency counter in 10 Hz units ("144471" -> 14447100).
+// What the rig does for a chosen beacon: the band to switch on (none for a band without a
+// button, such as 4 m) and, when the frequency text is a number of kHz, the frequency counter
+// in 10 Hz units ("144471" -> 14447100).
 struct BeaconTuning {
-    BeaconBand band;
+    std::optional<BeaconBand> band;
     std::optional<qint64> counter;
 };
 
@@ -26,4 +27,5 @@ std::optional<BeaconBand> BeaconBandFor(const QString& qrg);
 // kHz text (a point or a comma before decimals) to 10 Hz units; nothing for other text.
 std::optional<qint64> BeaconCounterFor(const QString& qrg);
 
+// Nothing when the text names neither a band nor a frequency.
 std::optional<BeaconTuning> BeaconTuningFor(const QString& qrg);

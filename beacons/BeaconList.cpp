@@ -2,6 +2,7 @@
 
 #include "beacons/BeaconsLog.h"
 #include "logbook/db/SchemaUpgrade.h"
+#include "logbook/db/SqlCaseFold.h"
 #include "logbook/db/SqlText.h"
 
 namespace BeaconList {
@@ -9,7 +10,13 @@ namespace BeaconList {
 Query query(const QString& search, bool byQrg, const QString& nameFilter)
 {
     Query q;
-    q.sql = search.isEmpty() ? SqlText::BeaconList : SqlText::beaconSearch(search);
+    if (search.isEmpty())
+        q.sql = SqlText::BeaconList;
+    else if (!SqlCaseFold::needsFolding(search))
+        q.sql = SqlText::beaconSearch(search);
+    else // LIKE folds ASCII letters only: both sides are folded for other alphabets
+        q.sql = SqlText::BeaconList + QStringLiteral(" where casefold(beacon) like '")
+            + SqlText::quoted(search.toCaseFolded()) + QStringLiteral("%'");
     q.sort = byQrg ? SqlText::BeaconSortQrg : SqlText::BeaconSortName;
     q.filter = SqlText::beaconNameFilter(nameFilter);
     return q;
@@ -34,24 +41,6 @@ Loaded load(const QString& connection, const QString& search, bool byQrg, const 
     // Reading the rows now puts any failure here, not into the grid's first paint.
     if (!out.rs.open(q.sql) || (out.rs.recordCount(), out.rs.hasError()))
         out.error = out.rs.error();
-    return out;
-}
-
-Found lookup(const QString& connection, const QString& name)
-{
-    Found out;
-    Recordset rs(connection);
-    if (!rs.open(SqlText::beaconLookup(name)) || (rs.recordCount(), rs.hasError())) {
-        out.error = rs.error();
-        return out;
-    }
-    if (!rs.first())
-        return out;
-    out.found = true;
-    out.locator = rs.text(QStringLiteral("Locator"));
-    out.qrg = rs.text(QStringLiteral("qrg"));
-    if (rs.hasError())
-        out = Found { false, {}, {}, rs.error() };
     return out;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 // The beacon list on the logbook database: the list query with its search, sort and name
-// filter (after the schema check), the lookup of a chosen name, and the save of a new
-// entry. Each action opens its own recordset; failures come back as a DbError.
+// filter (after the schema check) and the save of a new entry. Each action opens its own
+// recordset; failures come back as a DbError.
 #include "logbook/db/DbError.h"
 #include "logbook/db/Recordset.h"
 
@@ -16,7 +16,8 @@ struct Query {
     QString filter;
 };
 // `search`: the BeSearch text, a name prefix used as a LIKE pattern as it stands ("%" and "_"
-// work); `byQrg`: BanCoun pressed; `nameFilter`: empty or "%/b%".
+// work), without regard to case in every alphabet; `byQrg`: BanCoun pressed; `nameFilter`:
+// empty or "%/b%".
 Query query(const QString& search, bool byQrg, const QString& nameFilter);
 
 struct Loaded {
@@ -25,15 +26,6 @@ struct Loaded {
 };
 // The schema check (logtab at 31 columns, PNT_Beacon at 8), then the list query.
 Loaded load(const QString& connection, const QString& search, bool byQrg, const QString& nameFilter);
-
-// The record a chosen name finds ("... where beacon like '<name>'"): the first one wins.
-struct Found {
-    bool found = false;
-    QString locator;
-    QString qrg;
-    DbError error;
-};
-Found lookup(const QString& connection, const QString& name);
 
 struct NewBeacon {
     QString beacon;

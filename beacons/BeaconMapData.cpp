@@ -3,7 +3,6 @@
 #include "beacons/BeaconTexts.h"
 #include "beacons/BeaconsLog.h"
 #include "core/Station.h"
-#include "geo/Locator.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
@@ -60,21 +59,6 @@ DbError storeByRecord(Recordset& rs, const QList<MapTexts>& texts)
 }
 
 } // namespace
-
-QString BeaconGeData(
-    const QString& beacon, const QString& qrg, const QString& locator, const QString& equipment)
-{
-    return QStringLiteral("Beacon:") + beacon + QStringLiteral(" QRG: ") + qrg + QStringLiteral(" kHz ")
-        + QStringLiteral(" LOC:") + locator + QStringLiteral(" Comment:") + equipment + QStringLiteral(" ");
-}
-
-QString BeaconGridXY(const QString& locator)
-{
-    const QString l = Locator::completed(locator.trimmed().toUpper());
-    if (!Locator::isValid(l))
-        return {};
-    return CoordText(LocatorToDegrees(l));
-}
 
 GdOutcome GD(Station& station, const QString& nameFilter)
 {

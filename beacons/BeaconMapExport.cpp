@@ -2,6 +2,7 @@
 
 #include "beacons/BeaconTexts.h"
 #include "beacons/BeaconsLog.h"
+#include "core/FilePlace.h"
 #include "core/Station.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
@@ -73,7 +74,9 @@ BeaconExportOutcome GeB_Click(Station& station, const QString& nameFilter, MapVi
 
     file.emplace(out.path);
     if (!file->open())
-        return fail(kFileAccess, kFileAccessText + QStringLiteral(": ") + file->errorString());
+        return fail(kFileAccess,
+            kFileAccessText + QStringLiteral(": ") + FilePlace(out.path) + QStringLiteral(": ")
+                + file->errorString());
     if (!rs.setFilter(SqlText::beaconNameFilter(nameFilter)) || (rs.recordCount(), rs.hasError()))
         return fail(rs.error().number, rs.error().description);
 
@@ -96,8 +99,13 @@ BeaconExportOutcome GeB_Click(Station& station, const QString& nameFilter, MapVi
     writer.end();
     rs.close();
     if (!file->commit())
-        return fail(kFileAccess, kFileAccessText + QStringLiteral(": ") + file->errorString());
+        return fail(kFileAccess,
+            kFileAccessText + QStringLiteral(": ") + FilePlace(out.path) + QStringLiteral(": ")
+                + file->errorString());
     out.status = BeaconExportOutcome::Status::Written;
-    viewer.open(out.path);
+    if (!viewer.open(out.path)) {
+        out.message = MapViewer::notShownText(out.path);
+        station.prompts.information(out.message);
+    }
     return out;
 }

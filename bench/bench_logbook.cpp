@@ -3,11 +3,21 @@
 // and the memory of the whole list, reading and marking a QSL print run. Each figure is the
 // median of repeated runs; the list load is also given against a reference in the same run (the
 // same rows read through QSqlQuery), the print run against storing each letter on its own.
+// Then the bulk paths: ADIF import of 100 000 records with a DXCC lookup each (reference: the
+// same import with an empty prefix list), and the in-memory DXCC index over every call of
+// MASTER.SCP (reference: the window's SQL-text lookup of the same calls).
+#include "core/Prompts.h"
+#include "core/Station.h"
+#include "logbook/adif/AdifImport.h"
+#include "logbook/browse/DxccIndex.h"
+#include "logbook/browse/DxccLookup.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogDate.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
+#include "mapexport/LogMapFields.h"
+#include "mapexport/RichtungQrb.h"
 #include "qsl/QslRunReader.h"
 #include "qsl/QslText.h"
 
@@ -22,6 +32,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -182,6 +193,137 @@ void readAndMark(const QString& path)
     std::printf("  %-58s %9.0f x\n", "  the reference against the print run", oneByOne / batched);
 }
 
+// An ADIF file of `count` contacts with locators, over the bands, a few portable calls among them.
+QByteArray generateAdif(int count)
+{
+    QRandomGenerator rng(1717);
+    const char* const bands[]
+        = { "160m", "80m", "40m", "30m", "20m", "17m", "15m", "12m", "10m", "6m", "2m", "70cm", "23cm" };
+    const char* const suffixes[] = { "", "", "", "", "", "", "/P", "/M", "/9", "/QRP" };
+    QByteArray out = "generated\n<EOH>\n";
+    const QDate start(2006, 1, 1);
+    for (int i = 0; i < count; ++i) {
+        const QString call = randomCall(rng) + QLatin1String(suffixes[rng.bounded(10)]);
+        const QDate d = start.addDays(qint64(i) * 7300 / count);
+        const QString time = QStringLiteral("%1%2")
+                                 .arg(rng.bounded(24), 2, 10, QLatin1Char('0'))
+                                 .arg(rng.bounded(60), 2, 10, QLatin1Char('0'));
+        for (const auto& [name, value] : { std::pair { "CALL", call }, { "QSO_DATE", d.toString("yyyyMMdd") },
+                 { "TIME_ON", time }, { "BAND", QString::fromLatin1(bands[rng.bounded(13)]) },
+                 { "MODE", QStringLiteral("SSB") }, { "RST_SENT", QStringLiteral("59") },
+                 { "RST_RCVD", QStringLiteral("57") }, { "GRIDSQUARE", randomGrid(rng) },
+                 { "NAME", QStringLiteral("Hans") }, { "STATE", QStringLiteral("NY") } }) {
+            const QByteArray v = value.toUtf8();
+            out += '<' + QByteArray(name) + ':' + QByteArray::number(v.size()) + '>' + v + ' ';
+        }
+        out += "<EOR>\n";
+    }
+    return out;
+}
+
+// CPU time of the process in ms: on a machine shared with other work the wall clock says little.
+double cpuMs()
+{
+    timespec ts {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
+    return double(ts.tv_sec) * 1e3 + double(ts.tv_nsec) / 1e6;
+}
+
+struct Timing {
+    double wallMs;
+    double cpuMs;
+};
+
+// Import into a new database; `withDxcc` false empties its prefix list first.
+Timing importMs(const QString& path, const QByteArray& adif, bool withDxcc, int* imported)
+{
+    DatabaseFile::create(path);
+    if (!withDxcc)
+        DbConnection(path).exec(QStringLiteral("DELETE FROM dxccdata"));
+    RecordingPrompts prompts;
+    Station station(prompts);
+    station.settings.setText(Setting::MyLocator, QStringLiteral("JN48OW"));
+    auto locate = [&station](const QString& grid, MapPosition& p) {
+        LogMapFields scratch;
+        if (!RichtungQRB(station, scratch, grid))
+            return false;
+        p = { station.coordText, scratch.distanceKm, scratch.bearing };
+        return true;
+    };
+    QElapsedTimer t;
+    t.start();
+    const double cpu = cpuMs();
+    AdifImport import(path, locate);
+    for (AdifImport::State s = import.startData(adif, QStringLiteral("bench.adi"));
+         s == AdifImport::State::Running;)
+        s = import.step(50'000'000);
+    *imported = import.imported();
+    return { double(t.nsecsElapsed()) / 1e6, cpuMs() - cpu };
+}
+
+void benchAdifImport(const QString& dir)
+{
+    const int records = 100000;
+    const QByteArray adif = generateAdif(records);
+    int withLookup = 0;
+    int without = 0;
+    const Timing ms = importMs(dir + QStringLiteral("/import.db"), adif, true, &withLookup);
+    const Timing reference = importMs(dir + QStringLiteral("/import-ref.db"), adif, false, &without);
+    std::printf("\n");
+    char label[128];
+    std::snprintf(
+        label, sizeof label, "ADIF import, %d records, DXCC lookup each (%d in)", records, withLookup);
+    row(label, ms.wallMs, "target < 2000 ms");
+    row("  of it CPU time of this process", ms.cpuMs, "");
+    std::snprintf(label, sizeof label, "  reference: the same import, empty prefix list (%d in)", without);
+    row(label, reference.wallMs, "");
+    row("  of it CPU time of this process", reference.cpuMs, "");
+    std::printf("  %-58s %9.2f x\n", "  import against the reference (CPU time)", ms.cpuMs / reference.cpuMs);
+}
+
+void benchDxccBulk(const QString& path)
+{
+    QStringList calls;
+    QFile scp(QStringLiteral("/usr/share/hamradio-files/MASTER.SCP"));
+    if (scp.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : scp.readAll().split('\n')) {
+            if (!line.isEmpty() && !line.startsWith('#'))
+                calls << QString::fromLatin1(line.trimmed());
+        }
+    }
+    if (calls.isEmpty()) {
+        std::printf("  MASTER.SCP not found: no bulk DXCC figures\n");
+        return;
+    }
+    QElapsedTimer t;
+    t.start();
+    DxccIndex index;
+    index.load(path);
+    const double loadMs = double(t.nsecsElapsed()) / 1e6;
+    t.restart();
+    int found = 0;
+    for (const QString& c : calls)
+        found += index.find(c).found;
+    const double bulkUs = double(t.nsecsElapsed()) / 1e3 / calls.size();
+    // The window's lookup for every 100th call: normalising query, SQL text, one connection each.
+    const int step = 100;
+    t.restart();
+    int sampled = 0;
+    for (int i = 0; i < calls.size(); i += step, ++sampled)
+        (void)DxccLookup::lookup(path, calls[i]);
+    const double sqlUs = double(t.nsecsElapsed()) / 1e3 / sampled;
+    std::printf("\n");
+    row("DXCC index: loading dxccdata", loadMs, "");
+    std::printf("  %-58s %9.3f us   target < 10 us\n",
+        qPrintable(QStringLiteral("DXCC index: bulk lookup per call (%1 MASTER.SCP calls, %2 found)")
+                       .arg(calls.size())
+                       .arg(found)),
+        bulkUs);
+    std::printf("  %-58s %9.3f us\n",
+        qPrintable(QStringLiteral("  reference: SQL-text lookup per call (%1 of them)").arg(sampled)), sqlUs);
+    std::printf("  %-58s %9.0f x\n", "  SQL-text lookup against the index", sqlUs / bulkUs);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -327,7 +469,11 @@ int main(int argc, char** argv)
     all.last();
     std::printf("  %-58s %s\n", "  oldest contact (last row)", qPrintable(all.text(QStringLiteral("Date"))));
     std::printf("  %-58s %s\n", "  DXCC entity found for the last callsign", qPrintable(entity));
+    all.close();
     std::printf("\n");
     readAndMark(path);
+
+    benchDxccBulk(path);
+    benchAdifImport(dir.path());
     return 0;
 }

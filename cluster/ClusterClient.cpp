@@ -39,6 +39,8 @@ void ClusterClient::connectTo(const ClusterServer& server)
     close();
     server_ = server;
     reported_ = false;
+    telnet_.reset();
+    loginSent_ = false;
     qCInfo(lcCluster) << "connecting to" << server.host << server.port;
     connectTimer_.start();
     socket_->connectToHost(server.host, server.port);
@@ -62,9 +64,13 @@ bool ClusterClient::send(const QString& text)
         notice(QStringLiteral("*** Not connected, line not sent. Press TCP to reconnect."));
         return false;
     }
-    QByteArray bytes = text.toLatin1();
-    bytes += "\r\n";
+    const QByteArray bytes = telnet_.encode(text.toLatin1() + "\r\n");
     return socket_->write(bytes) == bytes.size();
+}
+
+bool ClusterClient::isLoginPrompt(const QString& openLine)
+{
+    return openLine.trimmed().endsWith(QLatin1String("login:"), Qt::CaseInsensitive);
 }
 
 void ClusterClient::readSome()
@@ -92,7 +98,15 @@ void ClusterClient::feed(const QByteArray& bytes)
 {
     if (bytes.isEmpty())
         return;
-    terminal_.feed(bytes);
+    const TelnetSession::Received in = telnet_.receive(bytes);
+    if (!in.answer.isEmpty() && isConnected())
+        socket_->write(in.answer);
+    terminal_.feed(in.text);
+    if (!autoLogin_.isEmpty() && !loginSent_ && isConnected() && isLoginPrompt(terminal_.openLine())) {
+        loginSent_ = true;
+        qCInfo(lcCluster) << "logging in as" << autoLogin_;
+        send(autoLogin_);
+    }
     for (const QString& line : terminal_.takeEndedLines()) {
         if (auto spot = parseSpotLine(line)) {
             pendingSpots_.append(*spot);

@@ -1,9 +1,11 @@
 #pragma once
-// The connection to a DX cluster node: owns the TCP socket ("socket"), turns what arrives
-// into terminal text and parsed spots, and hands them to a view in batches so a flooding node
+// The connection to a DX cluster node: owns the TCP socket ("socket"), answers the node's
+// telnet negotiation, turns what arrives into terminal text and parsed spots, logs in by itself
+// when asked to, and hands them to a view in batches so a flooding node
 // never stalls the window. Reads in slices; failed and dropped connections become notice lines.
 #include "cluster/SpotLines.h"
 #include "cluster/SpotTableModel.h"
+#include "cluster/TelnetSession.h"
 #include "cluster/TerminalText.h"
 
 #include <QAbstractSocket>
@@ -32,6 +34,10 @@ public:
     // Sends text followed by "\r\n", one byte per character; false and a notice line when
     // there is no connection.
     bool send(const QString& text);
+    // At the node's "login:" prompt the callsign is sent once per connection; "" never.
+    void setAutoLogin(const QString& callsign) { autoLogin_ = callsign; }
+    // The unfinished line is a login prompt: it ends in "login:" (blanks and case aside).
+    static bool isLoginPrompt(const QString& openLine);
 
     static constexpr int flushIntervalMs = 50;
     static constexpr int connectTimeoutMs = 15000;
@@ -56,6 +62,9 @@ private:
 
     QTcpSocket* socket_;
     TerminalText terminal_;
+    TelnetSession telnet_;
+    QString autoLogin_;
+    bool loginSent_ = false;
     SpotTableModel* spots_;
     QList<Spot> pendingSpots_;
     ClusterServer server_;

@@ -1,6 +1,6 @@
 #include "cluster/Spot.h"
 
-#include "cluster/BandPlan.h"
+#include "core/AdifBandPlan.h"
 
 namespace {
 
@@ -139,6 +139,6 @@ std::optional<Spot> parseSpotLine(QStringView line)
     spot.comment = comment.toString();
     spot.time = time.toString().toUpper();
     spot.locator = locator.toString();
-    spot.band = BandPlan::bandOf(spot.kHz);
+    spot.band = AdifBandPlan::bandOfKHz(spot.kHz);
     return spot;
 }

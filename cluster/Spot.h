@@ -10,7 +10,7 @@ struct Spot {
     QString call; // upper case
     QString spotter; // without the colon: "DL1ABC-#"
     QString comment; // trimmed, inner spacing kept
-    QString band; // BandPlan name, "" outside the bands
+    QString band; // ADIF band name (core/AdifBandPlan), "" outside the bands
     QString locator; // the text some nodes add after the time; often empty
 
     bool operator==(const Spot&) const = default;

@@ -1,6 +1,8 @@
 #pragma once
-// The cluster terminal's text: received bytes become characters (one byte, one character),
-// a backspace removes the character before the caret, CR, LF and CR LF each end a line.
+// The cluster terminal's text as nodes really send it: valid UTF-8 is decoded and any other
+// byte read as Latin-1; ANSI escape sequences (colours, cursor moves) and other control
+// characters are not shown; a backspace removes the character before the caret; CR LF, LF CR,
+// CR and LF each end one line.
 // Bounded for a window that runs for days: the last maxLines lines, each at most
 // maxLineLength characters (longer ones are broken). A view mirrors it through takeUpdate().
 #include <QByteArrayView>
@@ -19,6 +21,8 @@ public:
 
     // Every kept line, the open (last, unfinished) line included.
     QStringList lines() const;
+    // The last, unfinished line (a prompt waits there).
+    const QString& openLine() const { return open_; }
     int lineCount() const { return static_cast<int>(finished_.size()) + 1; }
     int maxLines() const { return maxLines_; }
     int maxLineLength() const { return maxLineLength_; }
@@ -38,14 +42,22 @@ public:
     Update takeUpdate();
 
 private:
+    enum class Escape { None, Start, Csi, Osc, OscEsc };
+
     void endLine(bool whole);
-    void appendRun(const char* begin, const char* end);
+    // Decodes bytes that are all text; an unfinished UTF-8 sequence at the end of what has
+    // arrived waits for the next feed when `atEnd`.
+    void appendRun(const char* begin, const char* end, bool atEnd);
+    void appendText(QStringView text);
+    void skipEscape(unsigned char c);
 
     int maxLines_;
     int maxLineLength_;
     std::deque<QString> finished_;
     QString open_;
-    bool afterCr_ = false; // a LF right after a CR ends no second line
+    char pairsWith_ = 0; // the LF after a line-ending CR (or CR after LF) ends no second line
+    Escape escape_ = Escape::None;
+    QByteArray unfinished_; // the start of a UTF-8 sequence cut by the read
     bool openBroken_ = false; // the open line continues one broken for length or cut by a notice
     QStringList ended_;
     QStringList pending_;

@@ -23,6 +23,27 @@ inline const QString DatabaseFile = QStringLiteral("database/file");
 inline const QString AudioDevice = QStringLiteral("audio/device");
 // Camera device; empty: no camera, the overlay text is shown on a label.
 inline const QString CameraDevice = QStringLiteral("camera/device");
+// Station hub: the rigctld- and rotctld-compatible servers ("on" switches one on; off by
+// default), their TCP ports (0: any free port) and the address they listen on.
+inline const QString HubRig = QStringLiteral("hub/rig");
+inline const QString HubRigPort = QStringLiteral("hub/rigPort");
+inline const QString HubRotator = QStringLiteral("hub/rotator");
+inline const QString HubRotatorPort = QStringLiteral("hub/rotatorPort");
+inline const QString HubAddress = QStringLiteral("hub/address");
+// Where the GPS window's sentences come from: "serial" (default, Com3) or "gpsd" at host:port.
+inline const QString GpsSource = QStringLiteral("gps/source");
+inline const QString GpsdHost = QStringLiteral("gps/host");
+inline const QString GpsdPort = QStringLiteral("gps/port");
+// Cluster: "true" sends the own callsign by itself at the node's "login:" prompt.
+inline const QString ClusterAutoLogin = QStringLiteral("cluster/autoLogin");
+// Devices (rig, rotator, ports):
+// "true" writes every byte on the serial ports to the kestrel.devices.link category.
+inline const QString TraceLink = QStringLiteral("trace/link");
+// Group of the transverter table, one line per band: <RF start MHz>=<IF start MHz>[,<width MHz>].
+inline const QString TransverterGroup = QStringLiteral("transverters");
+// The log's clock: "local" (default; the new-contact line fills the local time) or "utc".
+// ADIF files are always in UTC; the import and export convert.
+inline const QString LogClock = QStringLiteral("log/clock");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

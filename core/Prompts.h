@@ -11,6 +11,8 @@ public:
     virtual void information(const QString& text) = 0;
     // True when the operator answers Yes.
     virtual bool question(const QString& text) = 0;
+    // The program is ending: a box open now goes away as if answered No.
+    virtual void dismiss() { }
 };
 
 // Records every text shown; answers questions from a queue, then with a default.
@@ -22,9 +24,11 @@ public:
         asked << text;
         return answers.isEmpty() ? defaultAnswer : answers.takeFirst();
     }
+    void dismiss() override { ++dismissed; }
 
     QStringList shown;
     QStringList asked;
     QList<bool> answers;
     bool defaultAnswer = true;
+    int dismissed = 0;
 };

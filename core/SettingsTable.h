@@ -34,7 +34,10 @@ enum Index : int {
     ClusterChoice = 24,
     ClusterOption1 = 25,
     ClusterOption2 = 26,
+    Kept27 = 27, // kept and written back; nothing reads these three
+    Kept28 = 28,
     BeaconCount = 29,
+    Kept30 = 30,
     LogbookNumber = 31,
     LogbookText = 32,
     MainState = 33,

@@ -2,7 +2,7 @@
 // The one context every window and service shares: the settings table, the operator prompts
 // and the process-wide values the windows hand to each other. main() creates one; tests
 // create their own.
-#include "core/Prompts.h"
+#include "core/PromptGate.h"
 #include "core/SettingsTable.h"
 
 #include <QString>
@@ -17,7 +17,8 @@ public:
     Station& operator=(const Station&) = delete;
 
     SettingsTable settings;
-    Prompts& prompts;
+    // Every message to the operator goes through here (see PromptGate).
+    PromptGate prompts;
 
     // Copies of the own station kept up to date by the settings dialog.
     QString myCall;
@@ -32,7 +33,8 @@ public:
     double homeLon = 0.0;
     double homeLat = 0.0;
     // Home coordinates of the map ("longitude,latitude"), set only by the logbook's locator
-    // procedure; empty until it has run, so map lines then start with an empty coordinate.
+    // procedure (the main window runs it at start); empty while the own locator is not valid,
+    // and the map then has no home point and no lines.
     QString homeCoords;
 
     // LIKE pattern of the logbook's current band ("144%", "14200%", ...).

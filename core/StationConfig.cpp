@@ -1,5 +1,6 @@
 #include "core/StationConfig.h"
 
+#include "core/FilePlace.h"
 #include "core/Station.h"
 
 #include <QFile>
@@ -17,22 +18,28 @@ const QString kFileName = QStringLiteral("Kestrel.txt");
 // How each saved element is typed; a value read from the file is brought to this type.
 enum class Kind { Int16, Int32, Int16OrBool, Boolean, Text };
 
+// The element tables read best with several cases to a line.
+// clang-format off
 Kind kindOf(int index)
 {
+    using namespace Setting;
     switch (index) {
-    case 0: case 7: case 10: case 13: case 16: case 24: case 25: case 26: case 27: case 28:
-    case 30: case 31: case 33:
+    case CwSpeed: case Com1Used: case Com2Used: case Com3Used: case Com4Used: case ClusterChoice:
+    case ClusterOption1: case ClusterOption2: case Kept27: case Kept28: case Kept30: case LogbookNumber:
+    case MainState:
         return Kind::Int16;
-    case 1: case 2: case 29: case 43: case 44: case 45: case 46:
+    case TxtSel: case CwLoop: case BeaconCount: case LineBeacons: case LineStations: case Check2: case Check3:
         return Kind::Int16OrBool;
-    case 34:
+    case RigFrequency:
         return Kind::Int32;
-    case 41:
+    case ColourByProp:
         return Kind::Boolean;
     default:
         return Kind::Text;
     }
 }
+
+// clang-format on
 
 SettingValue t(const char* s) { return SettingValue::text(QString::fromUtf8(s)); }
 SettingValue i16(qint16 v) { return SettingValue::int16(v); }
@@ -41,35 +48,41 @@ SettingValue i16(qint16 v) { return SettingValue::int16(v); }
 const char* const kCluster1 = "dxc.example.net";
 const char* const kCluster2 = "dxspider.example.org";
 
+// clang-format off
 SettingValue commonDefault(int index)
 {
+    using namespace Setting;
     switch (index) {
-    case 0: return i16(2);
-    case 1: return i16(-1);
-    case 2: return i16(0);
-    case 3: return t("text1");
-    case 5: case 6: case 32: return t("");
-    case 7: case 10: case 16: return i16(1);
-    case 8: return t("10");
-    case 9: case 12: return t("9600,n,8,1");
-    case 11: return t("11");
-    case 14: return t("13");
-    case 15: case 18: return t("4800,n,8,1");
-    case 17: return t("12");
-    case 20: return t(kCluster1);
-    case 21: return t("8000");
-    case 22: return t(kCluster2);
-    case 23: return t("7373");
-    case 24: case 25: case 26: case 27: case 28: case 29: case 33: return i16(1);
-    case 30: return i16(5);
-    case 31: return i16(10);
-    case 34: return SettingValue::int32(144000);
-    case 41: return SettingValue::boolean(false);
-    case 43: case 44: return i16(1);
-    case 45: case 46: return i16(0);
+    case CwSpeed: return i16(2);
+    case TxtSel: return i16(-1);
+    case CwLoop: return i16(0);
+    case CwText1: return t("text1");
+    case MyCall: case MyLocator: case LogbookText: return t("");
+    case Com1Used: case Com2Used: case Com4Used: return i16(1);
+    case Com1Port: return t("10");
+    case Com1Settings: case Com2Settings: return t("9600,n,8,1");
+    case Com2Port: return t("11");
+    case Com3Port: return t("13");
+    case Com3Settings: case Com4Settings: return t("4800,n,8,1");
+    case Com4Port: return t("12");
+    case Cluster1Host: return t(kCluster1);
+    case Cluster1Port: return t("8000");
+    case Cluster2Host: return t(kCluster2);
+    case Cluster2Port: return t("7373");
+    case ClusterChoice: case ClusterOption1: case ClusterOption2: case Kept27: case Kept28: case BeaconCount:
+    case MainState:
+        return i16(1);
+    case Kept30: return i16(5);
+    case LogbookNumber: return i16(10);
+    case RigFrequency: return SettingValue::int32(144000);
+    case ColourByProp: return SettingValue::boolean(false);
+    case LineBeacons: case LineStations: return i16(1);
+    case Check2: case Check3: return i16(0);
     default: return {};
     }
 }
+
+// clang-format on
 
 QString describe(const SettingValue& v)
 {
@@ -154,32 +167,37 @@ bool isLineEnd(QChar c) { return c == u'\r' || c == u'\n'; }
 
 namespace StationConfig {
 
+// clang-format off
 SettingValue newFileValue(int index)
 {
+    using namespace Setting;
     switch (index) {
-    case 4: return t("text2");
-    case 13: return i16(1);
-    case 19: return t("3640");
-    case 35: case 36: case 37: case 38: case 39: case 40: return t("");
-    case 42: return t("");
+    case CwText2: return t("text2");
+    case Com3Used: return i16(1);
+    case Label29Caption: return t("3640");
+    case QslInfo: case QslLine2: case QslLine3: case QslLine4: case QslAddress: case QslFoot: return t("");
+    case Transparency: return t("");
     default: return commonDefault(index);
     }
 }
 
 SettingValue fillValue(int index)
 {
+    using namespace Setting;
     switch (index) {
-    case 4: return t("t");
-    case 13: return i16(0);
-    case 19: return t("3195");
-    case 35: return t("DOK: X00  WAZ: 14  ITU: 28");
-    case 36: case 37: case 38: return t("Rig:");
-    case 39: return t("OP: Name, Street 1, 12345 Town");
-    case 40: return t("email: op@example.org  www.example.org");
-    case 42: return t("128");
+    case CwText2: return t("t");
+    case Com3Used: return i16(0);
+    case Label29Caption: return t("3195");
+    case QslInfo: return t("DOK: X00  WAZ: 14  ITU: 28");
+    case QslLine2: case QslLine3: case QslLine4: return t("Rig:");
+    case QslAddress: return t("OP: Name, Street 1, 12345 Town");
+    case QslFoot: return t("email: op@example.org  www.example.org");
+    case Transparency: return t("128");
     default: return commonDefault(index);
     }
 }
+
+// clang-format on
 
 Parsed parse(const QByteArray& bytes)
 {
@@ -303,11 +321,12 @@ void LoadStationConfig(Station& station)
         SaveStationConfig(station);
     }
 
+    // Every window reloads the file; a fault in it is reported once, however often it is read.
     QFile file(path);
     if (file.exists() && !file.open(QIODevice::ReadOnly)) {
-        station.prompts.information(
-            QStringLiteral("Kestrel.txt could not be read (%1). The default settings are used.")
-                .arg(file.errorString()));
+        station.prompts.reportOnce(QStringLiteral("%1 could not be read (%2). The default settings are used.")
+                                       .arg(FilePlace(path), file.errorString()),
+            PromptGate::Fault::Standalone);
     } else if (file.isOpen()) {
         const StationConfig::Parsed parsed = StationConfig::parse(file.readAll());
         QStringList problems = parsed.problems;
@@ -315,9 +334,11 @@ void LoadStationConfig(Station& station)
             table[i] = coerce(i, parsed.values[i], problems);
         if (!problems.isEmpty()) {
             qCWarning(lcCore) << "Kestrel.txt:" << problems;
-            station.prompts.information(QStringLiteral("Kestrel.txt: some settings could not be read and "
-                                                       "their defaults are used.\n")
-                                        + problems.join(u'\n'));
+            station.prompts.reportOnce(
+                QStringLiteral("%1: some settings could not be read and their defaults are used.\n")
+                        .arg(FilePlace(path))
+                    + problems.join(u'\n'),
+                PromptGate::Fault::Standalone);
         }
     }
 
@@ -332,14 +353,15 @@ bool SaveStationConfig(Station& station)
     for (int i = 0; i < Setting::SavedCount; ++i)
         bytes += StationConfig::format(station.settings[i]) + "\r\n";
 
-    QSaveFile file(StationConfigPath());
+    const QString path = StationConfigPath();
+    QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
         return true;
     const QString why = file.errorString();
     file.cancelWriting();
     qCWarning(lcCore) << "Kestrel.txt not saved:" << why;
     station.prompts.information(
-        QStringLiteral("The settings could not be saved to Kestrel.txt (%1). The previous file is unchanged.")
-            .arg(why));
+        QStringLiteral("The settings could not be saved to %1 (%2). The previous file is unchanged.")
+            .arg(FilePlace(path), why));
     return false;
 }

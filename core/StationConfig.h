@@ -20,7 +20,8 @@ QString DirectoryOf(const QString& path);
 bool FileExistsNonEmpty(const QString& path);
 
 // Fills the table from the file, creating it with the new-file defaults when it is missing
-// or empty. Unreadable values are reported once through the prompts and replaced by defaults.
+// or empty. Unreadable values are replaced by defaults and reported through the prompts, once
+// per run for the same fault (every window reloads the file).
 void LoadStationConfig(Station& station);
 
 // Writes elements 0 to 46, replacing the file atomically. On failure the operator is told

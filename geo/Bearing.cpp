@@ -80,14 +80,20 @@ int WholeDegrees(float qtf)
 BearingOutcome ShowBearingAndDistance(Station& station, const QString& targetBox)
 {
     BearingOutcome out;
-    const QString own = station.settings.textAt(6).toUpper();
     out.targetText = Locator::completed(targetBox);
+    const QString setting = station.settings.textAt(Setting::MyLocator);
+    const std::optional<QString> own = Locator::own(setting);
+    if (!own) {
+        // no result from a made-up home: no line, no heading for the rotator
+        station.prompts.information(Locator::ownProblem(setting));
+        return out;
+    }
     const QString target = out.targetText.toUpper();
     CheckLocator(station, target);
     if (station.locatorInvalid)
         return out;
 
-    const GeoPoint home = LocatorToDegrees(own);
+    const GeoPoint home = LocatorToDegrees(*own);
     station.coordText = CoordText(home);
     station.homeLon = home.lon;
     station.homeLat = home.lat;
@@ -95,7 +101,7 @@ BearingOutcome ShowBearingAndDistance(Station& station, const QString& targetBox
     station.coordText = CoordText(there);
 
     out.result = ComputeBearing(home, there);
-    out.line = FormatBearingLine(own, target, out.result);
+    out.line = FormatBearingLine(*own, target, out.result);
     out.wholeDegrees = WholeDegrees(out.result.qtf);
     out.ok = true;
     return out;

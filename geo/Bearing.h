@@ -29,14 +29,14 @@ int WholeDegrees(float qtf);
 class Station;
 
 struct BearingOutcome {
-    bool ok = false;     // false: the target was invalid ("Invalid Gridlocator:" shown)
+    bool ok = false; // false: own locator or target invalid (its message shown)
     QString targetText;  // the box's new text (4 characters completed with "HH")
     QString line;        // the result line
     int wholeDegrees = 0;
     BearingResult result;
 };
 
-// The logic behind the main window's locator box: completes a 4-character target, checks
-// it, converts both locators (leaving the target's coordinate text in the station, the own
-// position as home) and computes the result line and the whole-degree heading.
+// The logic behind the main window's locator box: checks the own locator (Locator::own),
+// completes a 4-character target, checks it, converts both locators (leaving the target's coordinate text in
+// the station, the own position as home) and computes the result line and the whole-degree heading.
 BearingOutcome ShowBearingAndDistance(Station& station, const QString& targetBox);

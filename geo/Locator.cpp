@@ -55,6 +55,26 @@ QString completed(const QString& locator)
     return locator.size() == 4 ? locator + QStringLiteral("HH") : locator;
 }
 
+std::optional<QString> own(const QString& setting)
+{
+    const QString l = completed(setting.toUpper());
+    return isValid(l) ? std::optional<QString>(l) : std::nullopt;
+}
+
+QString ownProblem(const QString& setting)
+{
+    const QString where = QStringLiteral(
+        "Set it in Initial (menu), box MyGrid: 4, 6, 8 or 10 characters such as JO31 or JO31MM; "
+        "4 characters stand for the HH subsquare.");
+    if (setting.isEmpty())
+        return QStringLiteral("Your own locator is not set, so no heading or distance can be worked out. ")
+            + where;
+    return QStringLiteral(
+               "Your own locator \"%1\" is not valid, so no heading or distance can be worked out. ")
+               .arg(setting)
+        + where;
+}
+
 } // namespace Locator
 
 void CheckLocator(Station& station, const QString& locator)

@@ -3,6 +3,8 @@
 // south-west corner of the smallest square given.
 #include <QString>
 
+#include <optional>
+
 class Station;
 
 struct GeoPoint {
@@ -17,6 +19,12 @@ bool isValid(const QString& locator);
 // "JO31" -> "JO31HH": a 4-character target is completed, so its point lies 7/12 deg east and
 // 7/24 deg north of the square's corner (deliberate: not the centre).
 QString completed(const QString& locator);
+// The own locator (setting 6) as every calculation uses it: upper case, 4 characters completed
+// with "HH" like a target. Nothing when it is missing or not valid; nothing is then computed
+// from it (no heading, distance or home point).
+std::optional<QString> own(const QString& setting);
+// The one message for an own locator that is missing or not valid; says where to set it.
+QString ownProblem(const QString& setting);
 } // namespace Locator
 
 // Validates, sets station.locatorInvalid and, when invalid, shows "Invalid Gridlocator:".

@@ -39,14 +39,30 @@ QString gsvGroups(const GsvData& gsv)
     QStringList groups;
     for (int k = 1; k <= 4; ++k) {
         const int slot = (gsv.messageNumber - 1) * 4 + k;
-        if (slot < 1 || slot > 12 || !gsv.prn[slot])
+        if (slot < 1 || slot >= int(gsv.prn.size()) || !gsv.prn[slot])
             continue;
         QStringList values;
-        for (const SatelliteTable* t : { &gsv.prn, &gsv.elevation, &gsv.azimuth, &gsv.snr })
+        for (const GsvTable* t : { &gsv.prn, &gsv.elevation, &gsv.azimuth, &gsv.snr })
             values << ((*t)[slot] ? QString::number(*(*t)[slot]) : QStringLiteral("-"));
         groups << values.join(u' ');
     }
     return groups.isEmpty() ? QString() : u'[' + groups.join(QStringLiteral("] [")) + u']';
+}
+
+QString usedText(const GpsReceiver& receiver)
+{
+    QStringList lines;
+    for (auto it = receiver.used().cbegin(); it != receiver.used().cend(); ++it) {
+        if (it->satellites.isEmpty())
+            continue;
+        QString line = GpsReceiver::systemName(it.key());
+        for (int prn : it->satellites)
+            line += u' ' + QString::number(prn);
+        if (receiver.isStale(*it))
+            line += QStringLiteral(" (stale)");
+        lines << line;
+    }
+    return lines.join(u'\n');
 }
 
 QString gridText(FixKind fix, const std::optional<GpsPosition>& position)

@@ -25,6 +25,10 @@ QString entryText(const std::optional<int>& v);
 // The satellites this GSV message brought, "[prn elevation azimuth snr] [...]" with "-" for a
 // value the receiver left out; "" when it brought none that has a slot.
 QString gsvGroups(const GsvData& gsv);
+// The used satellites of every system, one line each in system order: "GPS 2 5 12",
+// "GLONASS 65 66 (stale)" when its last GSA is older than GpsReceiver::kStaleMs; a system
+// whose GSA lists none is left out.
+QString usedText(const GpsReceiver& receiver);
 // `Grid`: "GPS NO FIX", or the locator and the position.
 QString gridText(FixKind fix, const std::optional<GpsPosition>& position);
 int gridColour(FixKind fix);

@@ -205,6 +205,7 @@ bool ParseGSA(const QString& sentence, GsaData& out)
         out.hdop = Nmea::number(f[17]);
     if (f.has(18))
         out.vdop = Nmea::number(f[18]);
+    out.systemId = f.has(19) && Nmea::isNumeric(f[19]) ? integerOf(f[19]) : 0;
     return true;
 }
 
@@ -225,17 +226,17 @@ bool ParseGSV(const QString& sentence, GsvData& out)
         return true;
     const int message = integerOf(f[3]);
     if (message == 1) {
-        for (SatelliteTable* t : { &out.prn, &out.elevation, &out.azimuth, &out.snr })
+        for (GsvTable* t : { &out.prn, &out.elevation, &out.azimuth, &out.snr })
             t->fill(std::nullopt);
     }
     // Four fields per satellite; a trailing field that makes no whole group (the signal
     // number of newer receivers) is not a satellite.
     for (int g = 0; g < 4 && f.has(8 + 4 * g); ++g) {
         const int slot = (message - 1) * 4 + g + 1;
-        if (slot < 1 || slot > 12)
+        if (slot < 1 || slot >= int(out.prn.size()))
             continue;
         int k = 5 + 4 * g;
-        for (SatelliteTable* t : { &out.prn, &out.elevation, &out.azimuth, &out.snr }) {
+        for (GsvTable* t : { &out.prn, &out.elevation, &out.azimuth, &out.snr }) {
             (*t)[slot] = Nmea::isNumeric(f[k]) ? std::optional<int>(integerOf(f[k])) : std::nullopt;
             ++k;
         }

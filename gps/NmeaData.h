@@ -44,18 +44,21 @@ struct GsaData {
     double pdop = 0.0;
     double hdop = 0.0;
     double vdop = 0.0;
+    int systemId = 0; // NMEA 4.10 and later: 1 GPS, 2 GLONASS, 3 Galileo, 4 BeiDou, 5 QZSS, 6 NavIC; 0 none
 };
+
+// Slots 1 to 36: the nine messages a GSV cycle can have, four satellites each.
+using GsvTable = std::array<std::optional<int>, 37>;
 
 // One GSV cycle (messages 1 to messageCount of one talker) fills the four tables: satellite
 // k of message m goes to slot (m - 1) * 4 + k. Message 1 empties the tables first, so slots
-// of satellites no longer in view do not linger. Satellites past the 12th of a cycle (message
-// 4 and later) have no slot; the counts are still read.
+// of satellites no longer in view do not linger.
 struct GsvData {
     int messageCount = 0;
     int messageNumber = 0;
     int satellitesInView = 0;
-    SatelliteTable prn;
-    SatelliteTable elevation; // degrees
-    SatelliteTable azimuth; // degrees true
-    SatelliteTable snr; // dB-Hz; empty while the satellite is not tracked
+    GsvTable prn;
+    GsvTable elevation; // degrees
+    GsvTable azimuth; // degrees true
+    GsvTable snr; // dB-Hz; empty while the satellite is not tracked
 };

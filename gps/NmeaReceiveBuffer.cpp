@@ -8,9 +8,7 @@ namespace {
 constexpr const char* kTypes[] = { "RMC", "GGA", "GSA", "GSV" };
 constexpr NmeaReceiveBuffer::Type kTypeOf[] = { NmeaReceiveBuffer::Type::RMC, NmeaReceiveBuffer::Type::GGA,
     NmeaReceiveBuffer::Type::GSA, NmeaReceiveBuffer::Type::GSV };
-} // namespace
 
-namespace {
 // The talker as a shared literal (no allocation per sentence); a null text for any other.
 QString talkerText(char a, char b)
 {
@@ -43,59 +41,51 @@ bool NmeaReceiveBuffer::isTalker(char a, char b)
     return !talkerText(a, b).isNull();
 }
 
-qsizetype NmeaReceiveBuffer::find(const char* type) const
+void NmeaReceiveBuffer::cutLine(QByteArrayView line, QList<Sentence>& out)
 {
-    const char* data = buffer_.constData();
-    const qsizetype n = buffer_.size();
-    qsizetype i = 0;
-    while (i + 6 <= n) {
-        const void* dollar = std::memchr(data + i, '$', static_cast<size_t>(n - 6 - i + 1));
-        if (!dollar)
-            return -1;
-        i = static_cast<const char*>(dollar) - data;
-        if (isTalker(data[i + 1], data[i + 2]) && std::memcmp(data + i + 3, type, 3) == 0)
-            return i;
-        ++i;
-    }
-    return -1;
-}
-
-QList<NmeaReceiveBuffer::Sentence> NmeaReceiveBuffer::feed(const QByteArray& bytes)
-{
-    buffer_.append(bytes);
-    QList<Sentence> out;
-    bool cut = true;
-    while (cut) {
-        cut = false;
-        for (int t = 0; t < 4; ++t) {
-            const qsizetype start = find(kTypes[t]);
-            if (start < 0)
-                continue;
-            const qsizetype end = buffer_.indexOf("\r\n", start + 6);
-            if (end < 0)
-                continue;
-            out.append({ kTypeOf[t], talkerText(buffer_[start + 1], buffer_[start + 2]),
-                QString::fromLatin1(buffer_.constData() + start, end - start) });
-            // Whatever stood before the sentence goes with it.
-            buffer_.remove(0, end + 2);
-            cut = true;
+    // No sentence holds a "$": a sentence cut short and run into the next leaves the last one.
+    const qsizetype i = line.lastIndexOf('$');
+    if (i < 0 || i + 6 > line.size())
+        return;
+    const char* data = line.data();
+    const QString talker = talkerText(data[i + 1], data[i + 2]);
+    if (talker.isNull())
+        return;
+    for (int t = 0; t < 4; ++t) {
+        if (std::memcmp(data + i + 3, kTypes[t], 3) == 0) {
+            out.append({ kTypeOf[t], talker, QString::fromLatin1(data + i, line.size() - i) });
+            return;
         }
     }
-    dropDeadText();
-    return out;
 }
 
-void NmeaReceiveBuffer::dropDeadText()
+QList<NmeaReceiveBuffer::Sentence> NmeaReceiveBuffer::feed(QByteArrayView bytes)
 {
-    // Every "$" + type still here has no line end after it, so the lines before the last line
-    // end are of types nobody reads (VTG, GLL, TXT, ...) and could only ever be cut away.
-    const qsizetype lastEnd = buffer_.lastIndexOf("\r\n");
-    if (lastEnd >= 0)
-        buffer_.remove(0, lastEnd + 2);
-    if (buffer_.size() <= kMaxPending)
-        return;
-    const qsizetype dollar = buffer_.lastIndexOf('$');
-    const qsizetype keep = dollar < 0 ? 0 : buffer_.size() - dollar;
-    qCDebug(lcGps) << "dropping" << buffer_.size() - keep << "bytes without a line end";
-    buffer_.remove(0, buffer_.size() - (keep <= kMaxPending ? keep : 0));
+    QList<Sentence> out;
+    // Lines wholly inside this read are cut straight from it; only the unfinished tail waits.
+    qsizetype from = 0;
+    while (from < bytes.size()) {
+        const qsizetype lf = bytes.indexOf('\n', from);
+        if (lf < 0)
+            break;
+        QByteArrayView line = bytes.sliced(from, lf - from);
+        if (!buffer_.isEmpty()) {
+            buffer_.append(line);
+            line = buffer_;
+        }
+        if (line.endsWith('\r'))
+            line.chop(1);
+        cutLine(line, out);
+        buffer_.clear();
+        from = lf + 1;
+    }
+    buffer_.append(bytes.sliced(from));
+    if (buffer_.size() > kMaxPending) {
+        // Keep a sentence that may still end; drop the garbage before it.
+        const qsizetype dollar = buffer_.lastIndexOf('$');
+        const qsizetype keep = dollar < 0 ? 0 : buffer_.size() - dollar;
+        qCDebug(lcGps) << "dropping" << buffer_.size() - keep << "bytes without a line end";
+        buffer_.remove(0, buffer_.size() - (keep <= kMaxPending ? keep : 0));
+    }
+    return out;
 }

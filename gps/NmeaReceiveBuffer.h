@@ -1,8 +1,10 @@
 #pragma once
-// The GPS window's receive buffer: collects what the port delivers and cuts whole sentences
-// out of it. For each type in the order RMC, GGA, GSA, GSV the first "$" + talker + type is
-// taken up to the next "\r\n", and everything up to that line end leaves the buffer.
+// The GPS window's receive buffer: collects what the port (or any other source of NMEA bytes)
+// delivers and cuts whole sentences out of it in the order they arrived. A line ends at LF
+// (CR LF or LF alone); a line whose last "$" is followed by a known talker and RMC, GGA,
+// GSA or GSV holds a sentence from there. Lines of other types (VTG, GLL, TXT, ...) are passed over.
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 
@@ -12,17 +14,15 @@ public:
     struct Sentence {
         Type type;
         QString talker; // "GP", "GN", ...
-        QString text; // from "$" to the checksum, without "\r\n"
+        QString text; // from "$" to the checksum, without the line end
     };
 
-    // Text after the last line end that has grown this long without one is garbage: a
-    // sentence is at most 82 characters.
+    // Text that has grown this long without a line end is garbage: a sentence is at most 82
+    // characters.
     static constexpr qsizetype kMaxPending = 1024;
 
-    // Appends the bytes and returns the sentences cut, in the order they were cut. Passes over
-    // the four types repeat while one of them finds a whole sentence, so a burst holding
-    // several sentences of one type yields them all.
-    QList<Sentence> feed(const QByteArray& bytes);
+    // Bytes arrived: appends them and returns every sentence they completed, in arrival order.
+    QList<Sentence> feed(QByteArrayView bytes);
 
     const QByteArray& pending() const { return buffer_; }
     void clear() { buffer_.clear(); }
@@ -31,8 +31,7 @@ public:
     static bool isTalker(char a, char b);
 
 private:
-    qsizetype find(const char* type) const;
-    void dropDeadText();
+    static void cutLine(QByteArrayView line, QList<Sentence>& out);
 
     QByteArray buffer_;
 };

@@ -2,6 +2,7 @@
 
 #include "core/ReplaceText.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -174,7 +175,10 @@ QString alpha(const QString& transparency)
 {
     bool ok = false;
     const qlonglong value = transparency.trimmed().toLongLong(&ok);
-    return QString::number(ok && value >= 0 ? value : 128, 16).toUpper();
+    // Always two digits: a colour reader takes "#A00ffff" as something else or nothing.
+    return QStringLiteral("%1")
+        .arg(ok && value >= 0 ? std::min<qlonglong>(value, 255) : 128, 2, 16, QLatin1Char('0'))
+        .toUpper();
 }
 
 QString yellowFill(const QString& transparency)
@@ -199,7 +203,8 @@ QString lineColourFor(QStringView prop, const QString& previous)
         return QStringLiteral("#ffff0080");
     if (prop == u"Ms")
         return QStringLiteral("#ff707070");
-    return previous;
+    // Nothing to keep yet: a line gets KML's own default colour, never an empty one.
+    return previous.isEmpty() ? QString::fromUtf16(defaultLineColour) : previous;
 }
 
 QString squareRing(int west, int south, int east, int north)

@@ -45,14 +45,16 @@ void appendBeaconRecord(QByteArray& out, const BeaconRecordFields& f);
 void appendLogLine(QByteArray& out, QStringView home, QStringView gridXY, QStringView colour);
 void appendBeaconLine(QByteArray& out, QStringView home, QStringView gridXY, QStringView colour);
 
-// Transparency text as upper-case hex without leading zero ("128" -> "80", "10" -> "A").
+// Transparency text as two upper-case hex digits ("128" -> "80", "10" -> "0A", above 255 "FF").
 // Text that is not a whole number from 0 up counts as 128, the configuration's fill value.
 QString alpha(const QString& transparency);
 QString yellowFill(const QString& transparency); // "#" + alpha + "00ffff"
 QString redFill(const QString& transparency); // "#" + alpha + "0000ff"
 
-// Line colour for a propagation code; an unknown or empty code keeps `previous`.
+// Line colour for a propagation code; an unknown or empty code keeps `previous`, or gives
+// defaultLineColour when there is nothing to keep.
 QString lineColourFor(QStringView prop, const QString& previous);
+inline constexpr char16_t defaultLineColour[] = u"#ffffffff";
 inline constexpr char16_t beaconLineColour[] = u"#ff0000ff";
 
 // Closed five-point ring SW, SE, NE, NW, SW, each point "x.0,y.0,2000 ".

@@ -17,7 +17,9 @@ void KmlWriter::begin()
     QByteArray& out = file_.buffer();
     out.append(Kml::root());
     out.append(Kml::documentOpen());
-    Kml::appendHomePlacemark(out, station_.settings.textAt(Setting::MyCall), station_.homeCoords);
+    // without a valid own locator there is no home: no home point and no lines, never one off the map
+    if (!station_.homeCoords.isEmpty())
+        Kml::appendHomePlacemark(out, station_.settings.textAt(Setting::MyCall), station_.homeCoords);
     file_.flushIfLarge();
 }
 
@@ -33,7 +35,7 @@ void KmlWriter::logRecord(const LogKmlRow& row, bool lines)
     Kml::appendLogRecord(out, { station_.documentName, row.grid, row.geData, *fill, row.gridXY, row.poly });
     // deliberate: an unknown code keeps the colour of an earlier record or export.
     station_.lineColour = Kml::lineColourFor(row.prop, station_.lineColour);
-    if (lines)
+    if (lines && !station_.homeCoords.isEmpty())
         Kml::appendLogLine(out, station_.homeCoords, row.gridXY, station_.lineColour);
     file_.flushIfLarge();
 }
@@ -43,7 +45,7 @@ void KmlWriter::beaconRecord(const QString& name, const QString& geData, const Q
     QByteArray& out = file_.buffer();
     Kml::appendBeaconRecord(out, { station_.documentName, name, geData, yellow_, gridXY });
     station_.lineColour = QString::fromUtf16(Kml::beaconLineColour);
-    if (lines)
+    if (lines && !station_.homeCoords.isEmpty())
         Kml::appendBeaconLine(out, station_.homeCoords, gridXY, station_.lineColour);
     file_.flushIfLarge();
 }

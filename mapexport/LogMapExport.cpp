@@ -1,5 +1,6 @@
 #include "mapexport/LogMapExport.h"
 
+#include "core/FilePlace.h"
 #include "core/Station.h"
 #include "logbook/db/SqlText.h"
 #include "mapexport/KmlFile.h"
@@ -233,7 +234,8 @@ bool LogMapExport::step()
         r.prop = r.rs.fieldIndex(QStringLiteral("ProP"));
         r.file = std::make_unique<KmlFile>(r.outcome.path);
         if (!r.file->open())
-            return fail(QStringLiteral("Error 75 (Path/File access error: %1)").arg(r.file->errorString()));
+            return fail(QStringLiteral("Error 75 (Path/File access error: %1: %2)")
+                            .arg(FilePlace(r.outcome.path), r.file->errorString()));
         r.lineColourBefore = station_.lineColour;
         r.writer = std::make_unique<KmlWriter>(station_, *r.file);
         r.writer->begin();
@@ -260,14 +262,18 @@ bool LogMapExport::step()
         r.writer->end();
         r.rs.close();
         if (!r.file->commit())
-            return fail(QStringLiteral("Error 75 (Path/File access error: %1)").arg(r.file->errorString()));
+            return fail(QStringLiteral("Error 75 (Path/File access error: %1: %2)")
+                            .arg(FilePlace(r.outcome.path), r.file->errorString()));
         r.writer.reset();
         r.file.reset();
         r.outcome.status = MapExportOutcome::Status::Written;
         r.outcome.records = r.written;
         r.phase = Run::Phase::Ended;
         qCInfo(lcMapExport) << "wrote" << r.written << "log records to" << r.outcome.path;
-        viewer_.open(r.outcome.path);
+        if (!viewer_.open(r.outcome.path)) {
+            r.outcome.message = MapViewer::notShownText(r.outcome.path);
+            station_.prompts.information(r.outcome.message);
+        }
         return false;
     }
 

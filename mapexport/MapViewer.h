@@ -7,7 +7,11 @@
 class MapViewer {
 public:
     virtual ~MapViewer() = default;
-    virtual void open(const QString& path) = 0;
+    // False when no program could be started to show the file.
+    virtual bool open(const QString& path) = 0;
+
+    // What the exports tell the operator then: where the map is, and that it was not shown.
+    static QString notShownText(const QString& path);
 };
 
 // QDesktopServices::openUrl on the file. The launch switch starts off on the offscreen
@@ -15,13 +19,18 @@ public:
 class DesktopMapViewer : public MapViewer {
 public:
     DesktopMapViewer();
-    void open(const QString& path) override;
+    bool open(const QString& path) override;
 
     bool launchEnabled = true;
 };
 
 class RecordingMapViewer : public MapViewer {
 public:
-    void open(const QString& path) override { opened << path; }
+    bool open(const QString& path) override
+    {
+        opened << path;
+        return opens;
+    }
     QStringList opened;
+    bool opens = true; // false: as if no viewer were installed
 };

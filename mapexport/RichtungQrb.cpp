@@ -29,9 +29,11 @@ QString SquareOutline(double lon, double lat)
 
 bool RichtungQRB(Station& station, LogMapFields& fields, const QString& locatorBox)
 {
-    const QString own = Locator::completed(station.settings.textAt(Setting::MyLocator)).toUpper();
-    const GeoPoint home = LocatorToDegrees(own);
-    station.homeCoords = CoordText(home);
+    const std::optional<QString> own = Locator::own(station.settings.textAt(Setting::MyLocator));
+    std::optional<GeoPoint> home;
+    if (own)
+        home = LocatorToDegrees(*own);
+    station.homeCoords = home ? CoordText(*home) : QString();
 
     const QString contact
         = Locator::completed((fields.passOver ? fields.passOverSquare : locatorBox).toUpper());
@@ -42,7 +44,8 @@ bool RichtungQRB(Station& station, LogMapFields& fields, const QString& locatorB
     fields.passOver = false;
 
     fields.outline = SquareOutline(there.lon, there.lat);
-    const BearingResult r = ComputeBearing(home, there);
+    // without a home there is no distance or bearing: 0 is stored, never a made-up one
+    const BearingResult r = home ? ComputeBearing(*home, there) : BearingResult();
     fields.distanceKm = static_cast<float>(r.km);
     fields.bearing = r.qtf;
     return true;

@@ -19,7 +19,8 @@ SquareBounds SquareAround(double lon, double lat);
 QString SquareOutline(double lon, double lat);
 
 // Own locator: setting 6 (the caption of MyGrid), completed with "HH" when it has four
-// characters; it becomes station.homeCoords. Contact locator: `locatorBox`, or the
+// characters; it becomes station.homeCoords, which stays empty when it is not valid (distance
+// and bearing are then 0). Contact locator: `locatorBox`, or the
 // pass-over square when fields.passOver is set. When the contact locator is not valid the
 // procedure ends there (false): outline, distance and pass-over flag stay as they were.
 // Otherwise station.coordText, fields.outline, distance and bearing are updated and the

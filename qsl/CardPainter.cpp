@@ -4,8 +4,10 @@
 #include "qsl/SignaturePictures.h"
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -25,6 +27,24 @@ QFont fontOf(const CardItem& item, qreal pxPerMm)
 }
 
 } // namespace
+
+QFont CardPainter::fitted(
+    const QFont& font, const QString& text, const QSizeF& room, QPaintDevice* device, bool fitHeight)
+{
+    QFont f = font;
+    // Advance widths leave out the overhang of the last glyph; a small reserve keeps its ink in.
+    const qreal width = room.width() * 0.97;
+    for (int guard = 0; guard < 64; ++guard) {
+        const QSizeF need = QFontMetricsF(f, device).size(0, text);
+        const qreal scale = std::min(need.width() > width ? width / need.width() : 1.0,
+            fitHeight && need.height() > room.height() ? room.height() / need.height() : 1.0);
+        if (scale >= 1.0 || f.pixelSize() <= 1)
+            return f;
+        // Glyph widths do not scale exactly with the size: measure again at the new size.
+        f.setPixelSize(std::max(1, std::min(f.pixelSize() - 1, static_cast<int>(f.pixelSize() * scale))));
+    }
+    return f;
+}
 
 void CardPainter::paint(QPainter& p, const CardDesign& design, const SignaturePictures& pictures,
     const QPointF& origin, qreal pxPerMm)
@@ -54,8 +74,10 @@ void CardPainter::paint(QPainter& p, const CardDesign& design, const SignaturePi
         }
         if (item.text.isEmpty())
             continue;
-        // Text ends where its control ends, as in the window: a long line never runs into the
-        // pictures or the next box. Labels keep room above and below for tall glyphs.
+        // A box holds its lines whole; a label keeps room above and below (see the clip).
+        p.setFont(fitted(font, item.text, textRect.size(), p.device(), item.kind == CardItem::Kind::Box));
+        // Fitted, the text stays inside; the clip only guards the pictures and the next box
+        // should a text not fit even at the smallest size. Labels keep room for tall glyphs.
         p.setClipRect(
             item.kind == CardItem::Kind::Box ? rect : rect.adjusted(0, -rect.height(), 0, rect.height()));
         p.setPen(item.colour);

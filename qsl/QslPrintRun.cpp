@@ -6,6 +6,8 @@
 #include "qsl/QslLogging.h"
 #include "qsl/QslText.h"
 
+#include "logbook/db/DbConnection.h"
+
 QslRunOutcome QslPrintRun::run(const QString& connection, const QString& letter, CardDesign& design,
     QPagedPaintDevice& device, const SignaturePictures& pictures)
 {
@@ -88,4 +90,40 @@ QString QslPrintRun::leftOverMessage(int leftOver, const QString& letter)
         .arg(QslRunBuffer::Capacity)
         .arg(leftOver)
         .arg(letter);
+}
+
+QString QslPrintRun::restoreQuestion(int marked)
+{
+    return QStringLiteral("Set the QSL letter of these %1 contacts back to what it was before this run, "
+                          "so that the next run prints their cards again?")
+        .arg(marked);
+}
+
+QString QslPrintRun::restoreLetters(const QString& connection, const QList<MarkedContact>& marked)
+{
+    DbConnection c(connection);
+    int restored = 0;
+    bool ok = c.isOpen() && c.begin();
+    for (qsizetype i = 0; ok && i < marked.size(); ++i) {
+        const MarkedContact& m = marked.at(i);
+        // A letter changed since (by hand, or by another run) is left as it now stands.
+        ok = c.exec(QStringLiteral("UPDATE logtab SET QSL = ? WHERE ID = ? AND QSL = ?"),
+            { m.before, m.id, m.after });
+        restored += ok ? c.changes() : 0;
+    }
+    ok = ok && c.commit();
+    if (!ok) {
+        const QString why = c.error().text();
+        c.rollback();
+        qCWarning(lcQsl) << "letters not set back:" << why;
+        return QStringLiteral("The QSL letters could not be set back: %1\nThey stay as the run left them.")
+            .arg(why);
+    }
+    qCInfo(lcQsl) << restored << "of" << marked.size() << "letters set back";
+    if (restored == marked.size())
+        return QStringLiteral("The QSL letter of %1 contacts is back to what it was.").arg(restored);
+    return QStringLiteral("The QSL letter of %1 of %2 contacts is back to what it was; the others had "
+                          "been changed since and keep their letter.")
+        .arg(restored)
+        .arg(marked.size());
 }

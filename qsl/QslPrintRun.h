@@ -43,4 +43,10 @@ public:
     // "Printing failed: ..." naming the contacts whose letters have already moved on.
     static QString printFailedMessage(const QString& reason, const QList<MarkedContact>& marked);
     static QString leftOverMessage(int leftOver, const QString& letter);
+
+    // The offer after a failed print: "Set the QSL letter of these n contacts back ...?"
+    static QString restoreQuestion(int marked);
+    // Sets each marked contact's letter back to what it was before the run, where the run's
+    // letter still stands (one transaction); returns what happened, for a message box.
+    static QString restoreLetters(const QString& connection, const QList<MarkedContact>& marked);
 };

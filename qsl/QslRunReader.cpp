@@ -74,7 +74,8 @@ QslRunRead QslRunReader::read(const QString& connection, const QString& letter, 
                 commitMarks(run, rs);
                 return run;
             }
-            run.marked.append({ contact.callsign, contact.date, contact.time, before, after });
+            run.marked.append({ contact.callsign, contact.date, contact.time, before, after,
+                rs.value(QStringLiteral("ID")).toLongLong() });
         }
         run.contacts->append(contact);
     }

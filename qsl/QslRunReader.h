@@ -18,6 +18,7 @@ struct MarkedContact {
     QString time; // card form, "  HH:mm "
     QString before;
     QString after;
+    qint64 id = 0; // the contact's ID in logtab, for setting the letter back
 };
 
 struct QslRunRead {

@@ -2,8 +2,9 @@
 
 #include <QTcpSocket>
 
-ClusterServer::ClusterServer(int spotIntervalMs, QObject* parent)
+ClusterServer::ClusterServer(int spotIntervalMs, SimClusterSession::Style style, QObject* parent)
     : QObject(parent)
+    , style_(style)
 {
     connect(&server_, &QTcpServer::newConnection, this, &ClusterServer::onNewConnection);
     spotTimer_.setInterval(spotIntervalMs);
@@ -21,7 +22,7 @@ bool ClusterServer::listen(quint16 port)
 void ClusterServer::onNewConnection()
 {
     while (QTcpSocket* socket = server_.nextPendingConnection()) {
-        sessions_.insert(socket, SimClusterSession());
+        sessions_.insert(socket, SimClusterSession(QStringLiteral("KESTREL-SIM"), style_));
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] { onReadyRead(socket); });
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             sessions_.remove(socket);

@@ -13,7 +13,8 @@ class QTcpSocket;
 class ClusterServer : public QObject {
     Q_OBJECT
 public:
-    explicit ClusterServer(int spotIntervalMs, QObject* parent = nullptr);
+    explicit ClusterServer(int spotIntervalMs,
+        SimClusterSession::Style style = SimClusterSession::Style::Plain, QObject* parent = nullptr);
 
     // Port 0: any free port. False with errorText() when listening fails.
     bool listen(quint16 port);
@@ -29,6 +30,7 @@ private:
 
     QTcpServer server_;
     QTimer spotTimer_;
+    SimClusterSession::Style style_;
     SimSpotSource source_;
     QHash<QTcpSocket*, SimClusterSession> sessions_;
     int userSpots_ = 0;

@@ -1,5 +1,7 @@
 #include "sim/SimOptions.h"
 
+#include "sim/devices/SimGps.h"
+
 namespace {
 
 std::optional<SimOptions> refuse(QString* problem, const QString& text)
@@ -45,6 +47,11 @@ std::optional<SimOptions> SimOptions::parse(const QStringList& arguments, QStrin
                     QStringLiteral("--gps-talker \"%1\": expected two capital letters such as GP or GN")
                         .arg(v));
             o.gpsTalker = v.toLatin1();
+        } else if (a == QLatin1String("--gps-profile")) {
+            if (!SimGps::profileNamed(v))
+                return refuse(problem,
+                    QStringLiteral("--gps-profile \"%1\": expected plain, mtk, sirf or ublox").arg(v));
+            o.gpsProfile = v;
         } else if (a == QLatin1String("--rotator-rate")) {
             o.rotatorRate = v.toDouble(&ok);
             if (!ok || o.rotatorRate <= 0.0 || o.rotatorRate > 360.0)
@@ -56,6 +63,11 @@ std::optional<SimOptions> SimOptions::parse(const QStringList& arguments, QStrin
                 return refuse(
                     problem, QStringLiteral("--spot-interval \"%1\": expected seconds, at least 0.1").arg(v));
             o.spotIntervalMs = int(s * 1000.0);
+        } else if (a == QLatin1String("--cluster-style")) {
+            if (v != u"plain" && v != u"telnet")
+                return refuse(
+                    problem, QStringLiteral("--cluster-style \"%1\": expected plain or telnet").arg(v));
+            o.clusterStyle = v;
         } else if (a == QLatin1String("--cluster-port")) {
             const uint port = v.toUInt(&ok);
             if (!ok || port > 65535)
@@ -81,7 +93,12 @@ QString SimOptions::usage()
         "  --write-config DIR       write DIR/Kestrel.txt and DIR/Kestrel.ini pointing at the devices\n"
         "  --gps-position LAT,LON   the receiver's position in degrees (default 48.3125,9.625)\n"
         "  --gps-talker XX          talker of the NMEA sentences (default GP)\n"
+        "  --gps-profile NAME       the receiver's order and line speed: plain (default: RMC first,\n"
+        "                           all at once), mtk (GGA first, 9600 baud), sirf (GGA first,\n"
+        "                           4800 baud), ublox (NMEA 4.11, four systems, 38400 baud)\n"
         "  --rotator-rate DEG       rotator speed in degrees per second (default 4)\n"
         "  --spot-interval SECONDS  time between cluster spots (default 15)\n"
-        "  --cluster-port PORT      TCP port of the cluster node (default: any free port)\n");
+        "  --cluster-port PORT      TCP port of the cluster node (default: any free port)\n"
+        "  --cluster-style STYLE    plain (default) or telnet: negotiation, UTF-8, ANSI colours,\n"
+        "                           bells and LF CR line ends like many real nodes\n");
 }

@@ -32,7 +32,9 @@ void complain(const QString& text)
 SimStation::SimStation(const SimOptions& options, QObject* parent)
     : QObject(parent)
     , options_(options)
-    , cluster_(options.spotIntervalMs)
+    , cluster_(options.spotIntervalMs,
+          options.clusterStyle == u"telnet" ? SimClusterSession::Style::Telnet
+                                            : SimClusterSession::Style::Plain)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     channels_.push_back(std::make_unique<PtyChannel>(QStringLiteral("rig"), std::make_unique<SimRig>()));
@@ -42,7 +44,8 @@ SimStation::SimStation(const SimOptions& options, QObject* parent)
     channels_.push_back(
         std::make_unique<PtyChannel>(QStringLiteral("sensor"), std::make_unique<SimSensorBox>()));
     channels_.push_back(std::make_unique<PtyChannel>(QStringLiteral("gps"),
-        std::make_unique<SimGps>(options.latitude, options.longitude, now, options.gpsTalker)));
+        std::make_unique<SimGps>(options.latitude, options.longitude, now, options.gpsTalker,
+            SimGps::profileNamed(options.gpsProfile).value_or(SimGps::Profile::Plain))));
 
     connect(&signals_, &SignalPipe::stopRequested, this, &SimStation::stop);
     connect(&signals_, &SignalPipe::statusRequested, this, &SimStation::printStatus);

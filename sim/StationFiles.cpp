@@ -31,6 +31,7 @@ QString writeStationFiles(const QString& dir, const SimPlaces& places)
 {
     if (!QDir().mkpath(dir))
         return QStringLiteral("cannot create the directory %1").arg(dir);
+    const QString settingsFile = QDir(dir).absoluteFilePath(StationConfigPath());
     const CurrentDirectory here(dir);
     if (!here.ok())
         return QStringLiteral("cannot change to the directory %1").arg(dir);
@@ -38,6 +39,11 @@ QString writeStationFiles(const QString& dir, const SimPlaces& places)
     RecordingPrompts prompts;
     Station station(prompts);
     LoadStationConfig(station);
+    // A file Kestrel cannot read whole is the operator's to repair: saving it here would put
+    // defaults over what could not be read (the saved frequency, the CW texts).
+    if (!prompts.shown.isEmpty())
+        return QStringLiteral("%1 is left as it is; repair or remove it first. %2")
+            .arg(settingsFile, prompts.shown.join(QLatin1Char(' ')));
     SettingsTable& s = station.settings;
     const auto port = [&s](int used, int number, const QString& path) {
         s.setInt16(used, 1);
@@ -55,8 +61,7 @@ QString writeStationFiles(const QString& dir, const SimPlaces& places)
     if (s.textAt(Setting::MyLocator).trimmed().isEmpty())
         s.setText(Setting::MyLocator, QStringLiteral("JN48TH"));
     if (!SaveStationConfig(station))
-        return QStringLiteral("cannot write %1: %2")
-            .arg(QDir(dir).filePath(StationConfigPath()), prompts.shown.join(QLatin1Char(' ')));
+        return QStringLiteral("cannot write %1: %2").arg(settingsFile, prompts.shown.join(QLatin1Char(' ')));
 
     ExtensionSettings::setValue(ExtensionKey::SensorPort, places.sensor);
     ExtensionSettings::setValue(ExtensionKey::RigPort, QStringLiteral("Com1"));

@@ -14,5 +14,6 @@ struct SimPlaces {
 };
 
 // Keeps every other setting a file already there holds (own call and locator are set only when
-// empty). Returns "" on success, else what went wrong.
+// empty); a Kestrel.txt that cannot be read whole is not touched. Returns "" on success, else
+// what went wrong.
 QString writeStationFiles(const QString& dir, const SimPlaces& places);

@@ -1,8 +1,12 @@
 #include "ui/StationAssembly.h"
 
+#include "core/ExtensionSettings.h"
 #include "core/Station.h"
 #include "devices/lines/OutputLines.h"
 #include "devices/rig/RigController.h"
+#include "gps/GpsdSource.h"
+#include "hub/StationHub.h"
+#include "logbook/db/DatabaseFault.h"
 #include "logbook/db/DatabaseFile.h"
 #include "ui/beacons/BeaconStation.h"
 #include "ui/cluster/ClusterWindow.h"
@@ -13,9 +17,12 @@
 #include "ui/qsl/Form6.h"
 #include "ui/rig/RigPanel.h"
 #include "ui/rig/StationPanels.h"
+#include "ui/rotator/RotatorPanel.h"
 #include "ui/spectrum/SpectrumPanel.h"
 
 #include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 
 StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* viewer)
@@ -33,11 +40,16 @@ StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* view
     QAction* recording = form1.menuBar()->addAction(QStringLiteral("&Recording..."));
     recording->setObjectName(QStringLiteral("mnuRecording"));
     QObject::connect(recording, &QAction::triggered, spectrum, [&form1, spectrum] {
-        const QString path = QFileDialog::getOpenFileName(
-            &form1, QStringLiteral("Open recording"), QString(), QStringLiteral("WAV files (*.wav)"));
+        const QString path = QFileDialog::getOpenFileName(&form1, QStringLiteral("Open recording"), QString(),
+            QStringLiteral("Recordings (*.wav *.flac *.ogg *.oga *.opus *.aif *.aiff *.au *.caf *.w64);;"
+                           "All files (*)"));
         if (!path.isEmpty())
             spectrum->openWaveFile(path);
     });
+    QAction* soundCard = form1.menuBar()->addAction(QStringLiteral("&Sound card"));
+    soundCard->setObjectName(QStringLiteral("mnuSoundCard"));
+    soundCard->setToolTip(QStringLiteral("Back from a recording to the live sound card"));
+    QObject::connect(soundCard, &QAction::triggered, spectrum, &SpectrumPanel::useSoundCard);
 
     // Leave backup.db whole on its own, without its write-ahead journal beside it.
     QObject::connect(&form1, &Form1::unloaded, &form1, [&station] {
@@ -45,15 +57,63 @@ StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* view
             DatabaseFile::checkpoint(station.dbConnection);
     });
 
+    serveStation(form1, station);
     registerWindows(form1, station);
 }
 
+void StationAssembly::serveStation(Form1& form1, Station& station)
+{
+    RotatorPanel& rotator = panels_->rotator();
+    HubRotator::Window window;
+    window.readBack = [&form1] { return form1.ui().Label1->text(); };
+    window.elevation = [&form1] { return form1.elevation(); };
+    window.showAzimuth = [&rotator](const QString& text) {
+        if (rotator.text160())
+            rotator.text160()->setText(text);
+    };
+    hub_ = new StationHub(
+        station, form1.ports(), panels_->rig().controller(), rotator.controller(), std::move(window), &form1);
+    QObject::connect(&form1, &Form1::ticked, hub_, [hub = hub_] { hub->rotator().tick(); });
+    hub_->start();
+}
+
+namespace {
+
+// The logbook window's object is made at start, before any database access. A database that
+// cannot serve gets one message here, naming the file; what fails with it at start (the list,
+// the beacons) would only repeat it.
+void connectDatabase(Station& station)
+{
+    if (!station.dbConnection.isEmpty())
+        return;
+    const DatabaseFile::Opening o = DatabaseFile::open(DatabaseFile::systemPlaces());
+    station.dbConnection = o.path;
+    if (o.error)
+        station.prompts.reportOnce(DatabaseFaultText(o.path, o.error), PromptGate::Fault::Cause);
+    else if (!o.notice.isEmpty()) // a log carried over or a stray journal moved aside
+        station.prompts.information(o.notice);
+}
+
+} // namespace
+
 void StationAssembly::registerWindows(Form1& form1, Station& station)
 {
-    form1.registerWindow(
-        QStringLiteral("mnuARLog"), [&station](QWidget* parent) { return new Form5(station, parent); });
-    form1.registerWindow(
-        QStringLiteral("mnuGPS"), [&station](QWidget* parent) { return new Form4(station, parent); });
+    form1.registerWindow(QStringLiteral("mnuARLog"), [&station](QWidget* parent) {
+        connectDatabase(station);
+        return new Form5(station, parent);
+    });
+    form1.registerWindow(QStringLiteral("mnuGPS"), [&station](QWidget* parent) {
+        auto* form4 = new Form4(station, parent);
+        if (ExtensionSettings::value(ExtensionKey::GpsSource) == u"gpsd") {
+            auto* gpsd = new GpsdSource(
+                ExtensionSettings::value(ExtensionKey::GpsdHost, QStringLiteral("127.0.0.1")),
+                ExtensionSettings::value(ExtensionKey::GpsdPort, QStringLiteral("2947")).toUShort(), form4);
+            QObject::connect(gpsd, &GpsdSource::bytesArrived, form4, &Form4::bytesArrived);
+            QObject::connect(gpsd, &GpsdSource::report, form4, &Form4::report);
+            gpsd->start();
+        }
+        return form4;
+    });
     form1.registerWindow(QStringLiteral("mnuInitial"),
         [&station, &form1](QWidget* parent) { return new Form2(station, form1, parent); });
     form1.registerWindow(
@@ -63,11 +123,8 @@ void StationAssembly::registerWindows(Form1& form1, Station& station)
         auto* cluster = new ClusterWindow(station, parent);
         cluster->setOpenSettings([&form1] { form1.showWindow(QStringLiteral("mnuInitial")); });
         // A picked spot tunes the rig through the same path as the main window's own tuning.
-        cluster->setTuneTo([panels](const QString& tenHz) {
-            RigController& rig = panels->rig().controller();
-            rig.setCounter(tenHz.toLongLong());
-            rig.SendFreq(tenHz);
-        });
+        cluster->setTuneTo(
+            [panels](const QString& tenHz) { panels->rig().controller().tuneTo(tenHz.toLongLong()); });
         return cluster;
     });
 }

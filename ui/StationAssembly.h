@@ -7,6 +7,7 @@ class Form1;
 class MapViewer;
 class SpectrumPanel;
 class Station;
+class StationHub;
 class StationPanels;
 
 class StationAssembly {
@@ -18,12 +19,15 @@ public:
     StationPanels& panels() { return *panels_; }
     BeaconStation& beacons() { return *beacons_; }
     SpectrumPanel& spectrum() { return *spectrum_; }
+    StationHub& hub() { return *hub_; }
 
 private:
     void registerWindows(Form1& form1, Station& station);
+    void serveStation(Form1& form1, Station& station);
 
-    // All three belong to the main window, like its other children.
+    // All four belong to the main window, like its other children.
     StationPanels* panels_;
     SpectrumPanel* spectrum_;
     BeaconStation* beacons_;
+    StationHub* hub_;
 };

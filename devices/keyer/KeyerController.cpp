@@ -1,6 +1,7 @@
 #include "devices/keyer/KeyerController.h"
 
 #include "core/Station.h"
+#include "devices/keyer/KeyerLog.h"
 #include "devices/rig/CatCodec.h"
 #include "devices/rig/LinePace.h"
 #include "devices/rig/RigController.h"
@@ -57,6 +58,7 @@ void KeyerController::startKeying(const QString& text)
 {
     if (!sending_)
         return; // stopped while the transmit command was on its way
+    qCDebug(lcKeyer) << "keying" << text.size() << "characters, unit" << unitMs_ << "ms, loop" << loop_;
     // The callback runs on the keying thread; the destructor joins that thread first.
     keyer_.start(unitMs_, text, loop_,
         [this] { QMetaObject::invokeMethod(this, &KeyerController::keyingFinished, Qt::QueuedConnection); });
@@ -84,6 +86,7 @@ void KeyerController::keyingFinished()
 
 void KeyerController::stopNow()
 {
+    qCDebug(lcKeyer) << "stopped";
     keyer_.abort();
     keyer_.wait();
     if (transmitOn_) {
@@ -107,7 +110,6 @@ void KeyerController::setTransmitState(bool on)
     if (transmitState_ == on)
         return;
     transmitState_ = on;
-    emit transmitStateChanged(on);
 }
 
 void KeyerController::setSending(bool on)

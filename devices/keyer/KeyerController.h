@@ -45,7 +45,6 @@ public:
 
 signals:
     void sendingChanged(bool sending);
-    void transmitStateChanged(bool on);
 
 private:
     void startKeying(const QString& text);

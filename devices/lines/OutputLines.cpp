@@ -71,7 +71,7 @@ void OutputLines::setLine(Role role, std::shared_ptr<DigitalLine> line)
     }
 }
 
-DigitalLine& OutputLines::line(Role role) const
+const DigitalLine& OutputLines::line(Role role) const
 {
     switch (role) {
     case Role::Key:
@@ -106,8 +106,23 @@ void OutputLines::UsbSetIODir(quint8 port, quint8 line, quint8 direction)
         l->setOutput();
 }
 
-void OutputLines::UsbSetIOState(quint8 port, quint8 line, quint8 state)
+bool OutputLines::UsbSetIOState(quint8 port, quint8 line, quint8 state)
 {
-    if (DigitalLine* l = lineAt(port, line))
-        l->setState(state != 0);
+    DigitalLine* l = lineAt(port, line);
+    if (!l)
+        return true;
+    const bool on = state != 0;
+    if (line == KeyLine)
+        return l->setState(on); // the keyer's thread: no lock on its timing path
+    const std::lock_guard lock(motorMutex_);
+    const bool up = line == UpLine;
+    if (on && (up ? downOn_ : upOn_)) {
+        qCWarning(lcLines) << "elevation" << (up ? "up" : "down")
+                           << "refused: the other direction is running";
+        return false;
+    }
+    const bool done = l->setState(on);
+    // A line the hardware would not switch off may still run: it keeps the other one locked.
+    (up ? upOn_ : downOn_) = on ? done : !done;
+    return done;
 }

@@ -3,14 +3,53 @@
 #include "devices/link/LinkLog.h"
 #include "devices/link/PortText.h"
 #include "devices/link/SerialSettings.h"
+#include "devices/link/TracingLink.h"
 
 #include <QFileInfo>
 
 #ifdef Q_OS_UNIX
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
 namespace {
+
+const QString BusyReason = QStringLiteral("the port is busy (another program has it open)");
+
+// Whether another program holds the terminal exclusively (TIOCEXCL, as gpsd does). The kernel
+// refuses such an open with EBUSY, except to root, who passes; so root asks the terminal (only
+// root: the extra open and close can blink DTR, which the kernel's own refusal spares the rest).
+bool heldExclusively(const QString& path)
+{
+#if defined(Q_OS_LINUX) && defined(TIOCGEXCL)
+    if (::geteuid() != 0)
+        return false;
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        return errno == EBUSY;
+    int exclusive = 0;
+    const bool held = ::ioctl(fd, TIOCGEXCL, &exclusive) == 0 && exclusive != 0;
+    ::close(fd);
+    return held;
+#else
+    Q_UNUSED(path);
+    return false;
+#endif
+}
+
+// Takes the advisory lock that picocom and pyserial take, so each side sees the other.
+bool lockedByAnother(int fd)
+{
+#ifdef Q_OS_UNIX
+    return fd >= 0 && ::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+#else
+    Q_UNUSED(fd);
+    return false;
+#endif
+}
 
 QSerialPort::Parity toQt(SerialSettings::Parity p)
 {
@@ -64,6 +103,7 @@ bool QtSerialLink::open(const QString& portText, const QString& settingsText)
     close();
     portText_ = portText;
     errorText_.clear();
+    busy_ = false;
 
     QString problem;
     const std::optional<SerialSettings> settings = SerialSettings::parse(settingsText, &problem);
@@ -78,9 +118,22 @@ bool QtSerialLink::open(const QString& portText, const QString& settingsText)
     }
 
     lastDetail_.clear();
+    if (heldExclusively(path)) {
+        busy_ = true;
+        fail(BusyReason);
+        return false;
+    }
     port_.setPortName(path);
     if (!port_.open(QIODevice::ReadWrite)) {
-        fail(openFailureReason(path));
+        const QString reason = openFailureReason(path);
+        busy_ = reason == BusyReason;
+        fail(reason);
+        return false;
+    }
+    if (lockedByAnother(int(port_.handle()))) {
+        port_.close();
+        busy_ = true;
+        fail(BusyReason);
         return false;
     }
     const bool applied = port_.setBaudRate(settings->baudRate)
@@ -109,7 +162,7 @@ QString QtSerialLink::openFailureReason(const QString& path) const
         // Qt reports a port held by another program (its lock file, or an exclusive open)
         // as a permission error too; tell them apart by asking whether we may use it at all.
         if (QFileInfo::exists(path) && ::access(QFile::encodeName(path).constData(), R_OK | W_OK) == 0)
-            return QStringLiteral("the port is busy (another program has it open)");
+            return BusyReason;
         if (!QFileInfo::exists(path))
             return QStringLiteral("no such port");
 #endif
@@ -203,5 +256,6 @@ void QtSerialLink::onPortError(QSerialPort::SerialPortError error)
 
 std::unique_ptr<SerialLink> makeQtSerialLink()
 {
-    return std::make_unique<QtSerialLink>();
+    TracingLink::applySettings();
+    return std::make_unique<TracingLink>(std::make_unique<QtSerialLink>());
 }

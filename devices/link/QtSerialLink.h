@@ -1,7 +1,9 @@
 #pragma once
 // The serial link on a real port through Qt SerialPort: resolves the port text, refuses a bad
 // settings text before opening, and turns every failure (no such port, busy, permission, a
-// device that vanishes while open) into one clear sentence through errorOccurred.
+// device that vanishes while open) into one clear sentence through errorOccurred. Ports are the
+// station's own: opened exclusively (Qt's lock file and TIOCEXCL, plus flock), and a port that
+// another program holds is reported busy, never shared.
 #include "devices/link/SerialLink.h"
 
 #include <QSerialPort>
@@ -27,6 +29,7 @@ public:
 
     QString portText() const override { return portText_; }
     QString errorText() const override { return errorText_; }
+    bool isBusy() const override { return busy_; }
 
 private:
     void fail(const QString& reason);
@@ -37,7 +40,9 @@ private:
     QString portText_;
     QString errorText_;
     QString lastDetail_; // the port's own words for its last error, kept past clearError()
+    bool busy_ = false;
 };
 
-// For StationPorts: StationPorts ports(makeQtSerialLink);
+// For StationPorts: StationPorts ports(makeQtSerialLink); the link comes wrapped in the wire
+// trace (TracingLink), which Kestrel.ini trace/link or QT_LOGGING_RULES switches on.
 std::unique_ptr<SerialLink> makeQtSerialLink();

@@ -33,6 +33,8 @@ public:
     // The port text given to the last open, and the last error in words ("" when none).
     virtual QString portText() const = 0;
     virtual QString errorText() const = 0;
+    // True when the last open failed because another program holds the port.
+    virtual bool isBusy() const { return false; }
 
 signals:
     void readyRead();

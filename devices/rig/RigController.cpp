@@ -5,6 +5,9 @@
 #include "devices/link/StationPorts.h"
 #include "devices/rig/CatCodec.h"
 #include "devices/rig/LinePace.h"
+#include "devices/rig/RigLog.h"
+
+#include <limits>
 
 namespace {
 // Pause between passes when nothing could be written (ports closed), so a held button does
@@ -28,6 +31,11 @@ RigController::RigController(Station& station, StationPorts& ports, QObject* par
                 .arg(station_.rigPortName));
         station_.rigPortName = QStringLiteral("Com1");
     }
+
+    QStringList problems;
+    transverters_ = TransverterTable::fromSettings(&problems);
+    if (!problems.isEmpty())
+        station_.prompts.information(problems.join(QLatin1Char('\n')));
 
     paceTimer_.setSingleShot(true);
     paceTimer_.setTimerType(Qt::PreciseTimer);
@@ -90,14 +98,71 @@ void RigController::execute(const CatSteps& steps)
     }
 }
 
-void RigController::SendFreq(const QString& frequencyText)
+QString RigController::refusalText(qint64 counter)
 {
-    execute(CatPlan::sendFreq(frequencyText, setup()));
+    return QStringLiteral("%1 MHz is beyond the rig and no transverter in Kestrel.ini [transverters] "
+                          "covers it; nothing was sent.")
+        .arg(Cat::megahertzText(counter));
 }
 
-void RigController::SendFreqText()
+void RigController::refuse(qint64 counter)
 {
-    execute(CatPlan::sendFreqText(station_.frequencyText));
+    const QString text = refusalText(counter);
+    qCWarning(lcRig).noquote() << text;
+    emit frequencyRefused(text);
+    station_.prompts.information(text);
+}
+
+std::optional<QString> RigController::rigText(const QString& frequencyText)
+{
+    // the number the CAT encoders read: the leading digits of the trimmed text
+    QString digits;
+    for (const QChar c : frequencyText.trimmed()) {
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            break;
+        digits += c;
+    }
+    if (digits.isEmpty())
+        return frequencyText;
+    bool ok = false;
+    const qint64 counter = digits.toLongLong(&ok);
+    const std::optional<qint64> rig = ok ? transverters_.rigFrequency(counter) : std::nullopt;
+    if (!rig) {
+        refuse(ok ? counter : std::numeric_limits<qint64>::max());
+        return std::nullopt;
+    }
+    if (*rig == counter)
+        return frequencyText; // as it stands: the encoders keep their own reading of it
+    qCDebug(lcRig) << "transverter:" << counter << "on the rig at" << *rig;
+    return QString::number(*rig);
+}
+
+bool RigController::tuneTo(qint64 counter)
+{
+    if (!transverters_.rigFrequency(counter)) {
+        refuse(counter);
+        return false;
+    }
+    setCounter(counter);
+    return SendFreq(station_.frequencyText);
+}
+
+bool RigController::SendFreq(const QString& frequencyText)
+{
+    const std::optional<QString> text = rigText(frequencyText);
+    if (!text)
+        return false;
+    execute(CatPlan::sendFreq(*text, setup()));
+    return true;
+}
+
+bool RigController::SendFreqText()
+{
+    const std::optional<QString> text = rigText(station_.frequencyText);
+    if (!text)
+        return false;
+    execute(CatPlan::sendFreqText(*text));
+    return true;
 }
 
 bool RigController::OptFT847_Click(int index)
@@ -157,7 +222,13 @@ void RigController::stopTuning()
 
 void RigController::runPass()
 {
-    counter_ += direction_ * Cat::tuningStep(stepOption_);
+    const qint64 next = counter_ + direction_ * Cat::tuningStep(stepOption_);
+    if (!transverters_.rigFrequency(next)) { // the edge of what the rig reaches: told once
+        refuse(next);
+        endChain();
+        return;
+    }
+    counter_ = next;
     emit frequencyDisplayChanged(displayText());
     passBytes_[0] = passBytes_[1] = 0;
     // deliberate: the rig gets the text as it stood before this step, one step behind

@@ -3,7 +3,11 @@
 // push-to-talk, and the CAT actions behind the rig controls. Works on Com1/Com2 of StationPorts
 // and the Station's rig port name, frequency text and hold flag. Holding a tuning button is
 // event-driven: each pass sends, then the next waits until the line has carried it.
+// Every frequency goes to the rig through the transverter table of Kestrel.ini: the display
+// shows the station (RF) frequency, the rig gets its IF, and a frequency neither the rig nor a
+// transverter takes is refused with a message, nothing sent.
 #include "devices/rig/CatPlan.h"
+#include "devices/rig/TransverterTable.h"
 
 #include <QObject>
 #include <QTimer>
@@ -37,9 +41,22 @@ public:
     // The beacon list clears it when it takes over a beacon's frequency.
     void setPresetFlag(bool on) { presetFlag_ = on; }
 
-    // The frequency sender and the text-dialect frequency sender.
-    void SendFreq(const QString& frequencyText);
-    void SendFreqText();
+    // Tunes to a station frequency in 10 Hz units: the display shows it and the rig gets it
+    // (through a transverter where one covers it). False when refused: the operator is told
+    // why, nothing is sent and the display stays. The entry point for every path that tunes
+    // from outside the rig panel (cluster, beacons, network clients).
+    bool tuneTo(qint64 counter);
+    // What the rig would be sent for a station frequency; nullopt when it would be refused.
+    std::optional<qint64> rigFrequency(qint64 counter) const { return transverters_.rigFrequency(counter); }
+    // The operator's message for a refused frequency ("1296.2 MHz is beyond ...").
+    static QString refusalText(qint64 counter);
+    void setTransverters(TransverterTable table) { transverters_ = std::move(table); }
+    const TransverterTable& transverters() const { return transverters_; }
+
+    // The frequency sender and the text-dialect frequency sender, for a station frequency
+    // text; false when refused as above.
+    bool SendFreq(const QString& frequencyText);
+    bool SendFreqText();
 
     // Channel and mode presets. False (and nothing sent) when Com1 is not open: the operator
     // is told "Com1(<port number>) not Open" and com1NotOpen is signalled.
@@ -69,6 +86,7 @@ signals:
     void frequencyDisplayChanged(const QString& megahertz);
     void com1NotOpen();
     void pttChanged(bool on);
+    void frequencyRefused(const QString& text);
     // After each tuning pass: the bytes still queued on Com1 and Com2 right after it was sent.
     void passSent(qint64 queuedBytes);
     void tuningEnded();
@@ -77,6 +95,10 @@ private:
     SerialLink& link(int com) const;
     void ensureOpen(int com);
     void execute(const CatSteps& steps);
+    // The frequency text for the rig: unchanged when the rig takes it as it stands, the IF
+    // when a transverter covers it; nullopt (and the operator told) when refused.
+    std::optional<QString> rigText(const QString& frequencyText);
+    void refuse(qint64 counter);
     void runPass();
     void maybeNextPass();
     void endChain();
@@ -84,6 +106,7 @@ private:
 
     Station& station_;
     StationPorts& ports_;
+    TransverterTable transverters_;
     qint64 counter_ = 0;
     int band_ = 2;
     int stepOption_ = 1;

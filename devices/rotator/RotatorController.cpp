@@ -3,6 +3,7 @@
 #include "core/Station.h"
 #include "devices/lines/OutputLines.h"
 #include "devices/link/StationPorts.h"
+#include "devices/rotator/RotatorLog.h"
 
 RotatorController::RotatorController(
     Station& station, StationPorts& ports, OutputLines& lines, QObject* parent)
@@ -22,6 +23,7 @@ SerialLink& RotatorController::com4() const
 QString RotatorController::Antennedrehen(const QString& text160)
 {
     const QString text = Rotator::format000(text160.isEmpty() ? QStringLiteral("000") : text160);
+    qCDebug(lcRotator) << "turning to" << text;
     com4().write(Rotator::setHeadingCommand(text));
     return text;
 }
@@ -47,10 +49,10 @@ void RotatorController::Rotorstop_click()
     com4().write(Rotator::Stop);
 }
 
-QString RotatorController::queryHeading()
+QString RotatorController::queryHeading(SerialLink& com4)
 {
-    com4().write(Rotator::Query);
-    return Rotator::readBack(com4().readAll());
+    com4.write(Rotator::Query);
+    return Rotator::readBack(com4.readAll());
 }
 
 void RotatorController::setAuto(bool on)
@@ -64,15 +66,19 @@ void RotatorController::setAuto(bool on)
 void RotatorController::elevationPressed(bool up)
 {
     setAuto(false); // before the motor starts, so the tick cannot pulse against the hand
+    held_ = true;
+    pulser_.cancel(); // a running pulse is off before the hand's motor starts
     const quint8 line = up ? OutputLines::UpLine : OutputLines::DownLine;
     lines_.UsbSetIODir(OutputLines::ModulePort, line, 1);
-    lines_.UsbSetIOState(OutputLines::ModulePort, line, 1);
+    if (!lines_.UsbSetIOState(OutputLines::ModulePort, line, 1))
+        qCWarning(lcRotator) << "elevation" << (up ? "up" : "down") << "by hand refused";
     station_.hold = true;
 }
 
 void RotatorController::elevationReleased(bool up)
 {
     station_.hold = false;
+    held_ = false;
     lines_.UsbSetIOState(OutputLines::ModulePort, up ? OutputLines::UpLine : OutputLines::DownLine, 0);
 }
 
@@ -88,7 +94,7 @@ void RotatorController::pulseDown()
 
 void RotatorController::autoElevationStep(std::optional<double> elevation)
 {
-    if (auto_ && elevation) {
+    if (auto_ && elevation && !held_) {
         switch (Rotator::autoElevation(*elevation)) {
         case Rotator::Pulse::Up:
             pulseUp();

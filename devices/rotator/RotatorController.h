@@ -29,12 +29,14 @@ public:
     void turnRight();
     void Rotorstop_click();
 
-    // The tick's query: writes "AI1;" and returns the first three characters of what Com4 has
-    // received since the last call (empty when nothing), without waiting.
-    QString queryHeading();
+    // The main window's tick query on its Com4: writes "AI1;" and returns the first three
+    // characters of what the port has received since the last call (empty when nothing),
+    // without waiting.
+    static QString queryHeading(SerialLink& com4);
 
-    // Elevation by hand: mouse-down switches the automatic mode off first, then runs the motor
-    // until mouse-up (the Station's hold flag is set meanwhile).
+    // Elevation by hand: mouse-down switches the automatic mode off, ends a running pulse and
+    // waits for its off edge, then runs the motor until mouse-up (the Station's hold flag is
+    // set meanwhile). The output lines refuse the other direction while one runs.
     void elevationPressed(bool up);
     void elevationReleased(bool up);
 
@@ -63,5 +65,6 @@ private:
     OutputLines& lines_;
     LinePulser pulser_;
     bool auto_ = false;
+    bool held_ = false; // an elevation button is down: no automatic pulse
     int pulseLengthMs_ = 50;
 };

@@ -40,6 +40,10 @@ struct AdifContact {
     // Map texts (written for contacts with a locator).
     QString geData;
     QString geGridXY;
+    // The ADIF entity number, and the fields of a record without a column of their own, as
+    // ADIF text ("<STATE:2>NY <IOTA:6>EU-005"), by name.
+    QString dxccNr;
+    QString adifExtra;
 
     // The column names, in the order of values().
     static const QStringList& columns();

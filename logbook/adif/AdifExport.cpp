@@ -3,14 +3,16 @@
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifMapping.h"
 #include "logbook/db/SqlText.h"
+#include "logbook/entry/BandTable.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFileInfo>
 
-AdifExport::AdifExport(const QString& connection, const QString& bandPattern)
+AdifExport::AdifExport(const QString& connection, const QString& bandPattern, LogClock::Base clock)
     : connection_(connection)
     , bandPattern_(bandPattern)
+    , clock_(clock)
     , rs_(connection)
 {
 }
@@ -34,7 +36,12 @@ AdifExport::State AdifExport::fail(const DbError& e)
 AdifExport::State AdifExport::start(const QString& path)
 {
     path_ = path;
-    rs_.setFilter(SqlText::logListFilter(bandPattern_));
+    QString filter = SqlText::logListFilter(bandPattern_);
+    // The band buttons save a text their own filter may not find (30 m: "1014" beside "10140").
+    const QString entry = BandTable::bandText(bandPattern_);
+    if (!bandPattern_.endsWith(QLatin1Char('%')) && !entry.isEmpty() && entry != bandPattern_)
+        filter += QStringLiteral(" or") + SqlText::bandFilter(entry);
+    rs_.setFilter(filter);
     rs_.setSort(Sort);
     if (!rs_.open(SqlText::LogList))
         return fail(rs_.error());
@@ -43,6 +50,7 @@ AdifExport::State AdifExport::start(const QString& path)
         return fail(rs_.error());
     for (const QString& column : AdifContact::columns())
         fields_ << rs_.fieldIndex(column);
+    dxccLoaded_ = dxcc_.load(connection_); // without a prefix list the stored values go alone
     file_ = std::make_unique<QSaveFile>(path);
     if (!file_->open(QIODevice::WriteOnly))
         return fail({ DbErrorNumber::NoFile,
@@ -64,7 +72,15 @@ AdifExport::State AdifExport::step(qint64 budgetNs)
             if (fields_[k] >= 0)
                 c.setValue(k, rs_.valueAt(row_, fields_[k]));
         }
-        chunk += AdifMapping::recordText(c);
+        if (c.dxccNr.isEmpty() && dxccLoaded_) {
+            const DxccEntity e = dxcc_.find(c.callsign);
+            if (c.dxcc.isEmpty())
+                c.dxcc = e.name;
+            AdifMapping::setEntity(c, { e.found, c.dxcc, e.dxccNr, e.cqZone, e.ituZone, e.continent });
+        }
+        if (AdifMapping::dateToAdif(c.date).isEmpty())
+            undated_ << (c.callsign + QLatin1Char(' ') + c.band).trimmed();
+        chunk += AdifMapping::recordText(c, clock_);
     }
     if (file_->write(chunk) != chunk.size())
         return fail({ DbErrorNumber::NoFile,
@@ -95,5 +111,11 @@ void AdifExport::cancel()
 
 QString AdifExport::report() const
 {
-    return QStringLiteral("%1 records written to %2.").arg(row_).arg(QFileInfo(path_).fileName());
+    QString text = QStringLiteral("%1 records written to %2.").arg(row_).arg(QFileInfo(path_).fileName());
+    if (!undated_.isEmpty())
+        text += QStringLiteral("\n%1 %2 no date: %3")
+                    .arg(undated_.size())
+                    .arg(undated_.size() == 1 ? QStringLiteral("record has") : QStringLiteral("records have"),
+                        undated_.join(QStringLiteral(", ")));
+    return text;
 }

@@ -12,9 +12,10 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
-AdifImport::AdifImport(const QString& connection, LocatorProcedure locate)
+AdifImport::AdifImport(const QString& connection, LocatorProcedure locate, LogClock::Base clock)
     : connection_(connection)
     , locate_(std::move(locate))
+    , clock_(clock)
 {
 }
 
@@ -33,11 +34,11 @@ qint64 AdifImport::total() const
     return reader_ ? reader_->size() : 0;
 }
 
-QString AdifImport::duplicateKey(
-    const QString& callsign, const QString& date, const QString& time, const QString& band)
+QString AdifImport::duplicateKey(const QString& callsign, const QString& date, const QString& time,
+    const QString& band, const QString& mode)
 {
     return callsign.toUpper() + QLatin1Char('|') + date + QLatin1Char('|') + ContactSummary::timeText(time)
-        + QLatin1Char('|') + band;
+        + QLatin1Char('|') + band + QLatin1Char('|') + mode.toUpper();
 }
 
 AdifImport::State AdifImport::fail(const DbError& e)
@@ -126,10 +127,10 @@ bool AdifImport::prepareTable()
     }
     insertSql_ = QStringLiteral("INSERT INTO logtab (%1) VALUES (%2)")
                      .arg(columns_.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
-    if (q.exec(QStringLiteral("SELECT Callsign, Date, GMT, Band FROM logtab"))) {
+    if (q.exec(QStringLiteral("SELECT Callsign, Date, GMT, Band, mode FROM logtab"))) {
         while (q.next())
-            known_.insert(duplicateKey(
-                q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString()));
+            known_.insert(duplicateKey(q.value(0).toString(), q.value(1).toString(), q.value(2).toString(),
+                q.value(3).toString(), q.value(4).toString()));
     }
     return true;
 }
@@ -141,8 +142,8 @@ void AdifImport::refuse(const AdifRecord& record, const QString& reason)
 
 bool AdifImport::complete(AdifContact& c)
 {
-    if (c.dxcc.isEmpty() && dxccLoaded_)
-        c.dxcc = dxcc_.entityFor(c.callsign);
+    if (dxccLoaded_)
+        AdifMapping::setEntity(c, dxcc_.find(c.callsign));
     MapPosition p;
     if (c.grid.isEmpty() || !locate_ || !locate_(c.grid, p))
         return true;
@@ -193,13 +194,16 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
     AdifRecord record;
     AdifContact contact;
     bool more = true;
+    QStringList notes;
     for (int i = 1; (i % 64 != 0 || clock.nsecsElapsed() < budgetNs) && (more = reader_->next(record)); ++i) {
         QString reason;
-        if (!AdifMapping::toContact(record, contact, &reason)) {
+        notes = record.notes;
+        if (!AdifMapping::toContact(record, contact, &reason, &notes, clock_)) {
             refuse(record, reason);
             continue;
         }
-        const QString key = duplicateKey(contact.callsign, contact.date, contact.gmt, contact.band);
+        const QString key
+            = duplicateKey(contact.callsign, contact.date, contact.gmt, contact.band, contact.mode);
         if (known_.contains(key)) {
             refuse(record, QStringLiteral("the contact is already in the log"));
             continue;
@@ -215,6 +219,8 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
         }
         known_.insert(key);
         ++pending_;
+        for (const QString& note : std::as_const(notes))
+            kept_.append({ record.line, contact.callsign, note });
     }
     if ((!more || pending_ >= CommitEvery) && !commitPending())
         return fail(error_);
@@ -240,10 +246,12 @@ void AdifImport::cancel()
 QString AdifImport::refusalList() const
 {
     QStringList lines;
-    for (const AdifRefusal& r : refusals_)
-        lines << QStringLiteral("line %1 (%2): %3")
-                     .arg(r.line)
-                     .arg(r.callsign.isEmpty() ? QStringLiteral("no call") : r.callsign, r.reason);
+    for (const QList<AdifRefusal>* list : { &refusals_, &kept_ }) {
+        for (const AdifRefusal& r : *list)
+            lines << QStringLiteral("line %1 (%2): %3")
+                         .arg(r.line)
+                         .arg(r.callsign.isEmpty() ? QStringLiteral("no call") : r.callsign, r.reason);
+    }
     return lines.join(QLatin1Char('\n'));
 }
 
@@ -253,9 +261,12 @@ QString AdifImport::report(int maxLines) const
                        .arg(imported_)
                        .arg(name_)
                        .arg(refusals_.size());
+    if (!kept_.isEmpty())
+        text += kept_.size() == 1 ? QStringLiteral(", 1 field kept as text")
+                                  : QStringLiteral(", %1 fields kept as text").arg(kept_.size());
     if (state_ == State::Cancelled)
         text += QStringLiteral(" (the import was stopped before the end of the file)");
-    if (refusals_.isEmpty())
+    if (refusals_.isEmpty() && kept_.isEmpty())
         return text + QLatin1Char('.');
     text += QLatin1Char(':');
     const QStringList lines = refusalList().split(QLatin1Char('\n'));

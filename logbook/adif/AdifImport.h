@@ -1,14 +1,17 @@
 #pragma once
-// Imports an ADIF file into logtab. Each record is mapped (AdifMapping); contacts with a
-// locator get distance, bearing, coordinate text and the GEdata summary from the window's
-// locator procedure, contacts without COUNTRY their DXCC entity from dxccdata. Records that
-// cannot be imported (damaged, no call, date, time or band, a bad locator, a contact already
-// in the log) are refused with their line and the reason. The work goes in slices (step) so the
-// window stays live; records are stored in transactions of CommitEvery, and a Cancel keeps
+// Imports an ADIF file into logtab. Each record is mapped (AdifMapping) with its date and time
+// put on the log's clock; contacts with a locator get distance, bearing, coordinate text and
+// the GEdata summary from the window's locator procedure; every contact gets its DXCC entity,
+// number, zones and continent by looking its call up in dxccdata (the record's COUNTRY and
+// DXCC are kept as the station's claim). Only damaged records, records without a call or a
+// date and contacts already in the log are refused, with their line and the reason; a field
+// that does not fit its column is kept as text and named. The work goes in slices (step) so
+// the window stays live; records are stored in transactions of CommitEvery, and a Cancel keeps
 // every record read before it.
 #include "logbook/adif/AdifReader.h"
-#include "logbook/adif/DxccMatcher.h"
+#include "logbook/browse/DxccIndex.h"
 #include "logbook/db/DbError.h"
+#include "logbook/entry/LogClock.h"
 #include "logbook/entry/MapPosition.h"
 
 #include <QList>
@@ -33,7 +36,9 @@ public:
     static constexpr int CommitEvery = 5000;
 
     // `locate` may be empty: then no distance or map texts are computed (DISTANCE is kept).
-    AdifImport(const QString& connection, LocatorProcedure locate);
+    // `clock` is the log's clock (LogClock::configured() for the operator's log).
+    AdifImport(
+        const QString& connection, LocatorProcedure locate, LogClock::Base clock = LogClock::Base::Local);
     ~AdifImport();
 
     // Reads the file; Failed (error() says why) when it cannot be read.
@@ -49,17 +54,20 @@ public:
     qint64 total() const;
     int imported() const { return imported_; }
     const QList<AdifRefusal>& refusals() const { return refusals_; }
+    // Fields kept as text in imported records, with the reason.
+    const QList<AdifRefusal>& keptAsText() const { return kept_; }
     const DbError& error() const { return error_; }
 
-    // "998 records imported from log.adi, 2 refused:" and up to `maxLines` refusal lines
-    // ("line 12 (DL1ABC): no QSO_DATE"), then how many more there are.
+    // "998 records imported from log.adi, 2 refused, 1 field kept as text:" and up to
+    // `maxLines` lines ("line 12 (DL1ABC): no QSO_DATE"), refusals first, then how many more
+    // there are.
     QString report(int maxLines = 30) const;
-    // Every refusal, one a line.
+    // Every refusal and every field kept as text, one a line.
     QString refusalList() const;
 
-    // The key that finds a contact twice: callsign, date, hour and minute, band text.
-    static QString duplicateKey(
-        const QString& callsign, const QString& date, const QString& time, const QString& band);
+    // The key that finds a contact twice: callsign, date, hour and minute, band text, mode.
+    static QString duplicateKey(const QString& callsign, const QString& date, const QString& time,
+        const QString& band, const QString& mode);
 
 private:
     State fail(const DbError& e);
@@ -70,9 +78,10 @@ private:
 
     QString connection_;
     LocatorProcedure locate_;
+    LogClock::Base clock_;
     QString name_;
     std::unique_ptr<AdifReader> reader_;
-    DxccMatcher dxcc_;
+    DxccIndex dxcc_;
     bool dxccLoaded_ = false;
     QSet<QString> known_;
     QStringList columns_; // the AdifContact columns the table has
@@ -84,6 +93,7 @@ private:
     int pending_ = 0; // records of the open transaction
     int imported_ = 0;
     QList<AdifRefusal> refusals_;
+    QList<AdifRefusal> kept_;
     State state_ = State::Running;
     DbError error_;
 };

@@ -4,12 +4,24 @@
 #include "logbook/adif/AdifBands.h"
 #include "logbook/entry/LogClock.h"
 
+#include <QSet>
+
+#include <algorithm>
+
 namespace {
 
 const QString AppBand = QStringLiteral("APP_KESTREL_BAND");
 const QString AppQsl = QStringLiteral("APP_KESTREL_QSL");
 const QString AppProp = QStringLiteral("APP_KESTREL_PROP");
 const QString AppFreq = QStringLiteral("APP_KESTREL_FREQ");
+const QString AppPrefix = QStringLiteral("APP_KESTREL_");
+
+// The fields the import puts into columns (or that decide one); every other is kept as text.
+const QSet<QString> ConsumedFields = { "CALL", "QSO_DATE", "TIME_ON", "BAND", "FREQ", "GRIDSQUARE",
+    "DISTANCE", "SUBMODE", "RST_SENT", "RST_RCVD", "NAME", "COMMENT", "QSL_SENT", "QSL_RCVD", "PROP_MODE",
+    "COUNTRY", "DXCC", "QSL_VIA", "TX_PWR", "MY_ANTENNA", "STATION_CALLSIGN", "MY_GRIDSQUARE", "CONTEST_ID",
+    "STX", "STX_STRING", "SRX", "SRX_STRING", "QSLSDATE", "QSLRDATE", "CONT", "CQZ", "ITUZ", "NOTES", AppBand,
+    AppQsl, AppProp, AppFreq };
 
 // ADIF's PROP_MODE values.
 const QStringList PropModes = { "AS", "AUE", "AUR", "BS", "ECH", "EME", "ES", "F2", "FAI", "GWAVE",
@@ -72,12 +84,6 @@ QString freqColumn(const QString& freq, const QString& band)
 
 namespace AdifMapping {
 
-QString dateFromAdif(const QString& adif)
-{
-    const QDate d = LogClock::compactDate(adif.trimmed());
-    return d.isValid() ? LogClock::storedDate(d) : QString();
-}
-
 QString dateToAdif(const QString& stored)
 {
     const QDate d = LogClock::date(stored);
@@ -117,12 +123,17 @@ QslStatus qslStatus(const QString& letter)
     return {};
 }
 
-QString qslLetter(const QString& sent, const QString& rcvd)
+QString qslLetter(const QString& sent, const QString& rcvd, const QString& lotwRcvd, const QString& eqslRcvd)
 {
+    auto yes = [](const QString& v) {
+        const QString t = v.trimmed().toUpper();
+        return t == QLatin1String("Y") || t == QLatin1String("V");
+    };
     const QString s = sent.trimmed().toUpper();
-    const QString r = rcvd.trimmed().toUpper();
-    if (r == QLatin1String("Y") || r == QLatin1String("V"))
+    if (yes(rcvd))
         return s == QLatin1String("Y") ? QStringLiteral("Q") : QStringLiteral("T");
+    if (yes(lotwRcvd) || yes(eqslRcvd))
+        return QStringLiteral("Q");
     if (s == QLatin1String("Y"))
         return QStringLiteral("N");
     if (s == QLatin1String("R"))
@@ -180,54 +191,128 @@ QByteArray header(const QDateTime& createdUtc)
         + QByteArray("<EOH>\n");
 }
 
-QByteArray recordText(const AdifContact& c)
+QList<QPair<QString, QString>> extraFields(const QString& adifExtra)
+{
+    QList<QPair<QString, QString>> out;
+    if (adifExtra.isEmpty())
+        return out;
+    AdifReader reader(adifExtra.toUtf8() + "<EOR>");
+    AdifRecord r;
+    while (reader.next(r)) {
+        for (auto it = r.fields.cbegin(); it != r.fields.cend(); ++it)
+            out.append({ it.key(), it.value() });
+    }
+    std::sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    return out;
+}
+
+QString extraText(QList<QPair<QString, QString>> fields)
+{
+    std::stable_sort(
+        fields.begin(), fields.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    QByteArray out;
+    for (const auto& [name, value] : fields)
+        appendField(out, name.toLatin1().constData(), value);
+    out.chop(1); // the blank after the last value, never a blank of the value
+    return QString::fromUtf8(out);
+}
+
+QByteArray recordText(const AdifContact& c, LogClock::Base clock)
 {
     const AdifBand band = AdifBands::fromBandText(c.band);
     const QString freq = c.freq.isEmpty() ? band.freq : c.freq;
     QString bandName = band.band;
     if (bandName.isEmpty() && !freq.isEmpty())
         bandName = AdifBands::bandOfFrequency(freq.toDouble());
-    const auto [mode, submode] = modeFields(c.mode);
-    const QslStatus qsl = qslStatus(c.qsl);
     const QString prop = propMode(c.prop);
+    QString date = dateToAdif(c.date);
+    QString time = timeToAdif(c.gmt);
+    if (!date.isEmpty() && !time.isEmpty()) {
+        const QDateTime utc = LogClock::toUtc(LogClock::date(c.date), LogClock::time(c.gmt), clock);
+        date = LogClock::compactDateText(utc.date());
+        time = LogClock::compactTime(utc.time(), time.size() == 6);
+    }
+
+    QList<QPair<QString, QString>> extra = extraFields(c.adifExtra);
+    auto extraValue = [&extra](const char* name) {
+        for (const auto& [n, v] : extra) {
+            if (n == QLatin1String(name))
+                return v;
+        }
+        return QString();
+    };
+    // A submode of no known mode goes back with the MODE it came with.
+    auto [mode, submode] = modeFields(c.mode);
+    const QString ownMode = extraValue("MODE");
+    if (submode.isEmpty() && !ownMode.isEmpty()) {
+        submode = mode;
+        mode = ownMode;
+        extra.removeIf([](const auto& f) { return f.first == QLatin1String("MODE"); });
+    }
+    // The record's own QSL_SENT and QSL_RCVD go back as they came while they still give the letter.
+    const QString lotw = extraValue("LOTW_QSL_RCVD");
+    const QString eqsl = extraValue("EQSL_QSL_RCVD");
+    QslStatus qsl = qslStatus(c.qsl);
+    const QslStatus ownQsl { extraValue("QSL_SENT"), extraValue("QSL_RCVD") };
+    if ((!ownQsl.sent.isEmpty() || !ownQsl.rcvd.isEmpty())
+        && qslLetter(ownQsl.sent, ownQsl.rcvd, lotw, eqsl) == c.qsl) {
+        qsl = ownQsl;
+        extra.removeIf([](const auto& f) {
+            return f.first == QLatin1String("QSL_SENT") || f.first == QLatin1String("QSL_RCVD");
+        });
+    }
 
     QByteArray out;
     out.reserve(400);
-    appendField(out, "CALL", c.callsign);
-    appendField(out, "QSO_DATE", dateToAdif(c.date));
-    appendField(out, "TIME_ON", timeToAdif(c.gmt));
-    appendField(out, "BAND", bandName);
-    appendField(out, "FREQ", freq);
-    appendField(out, "MODE", mode);
-    appendField(out, "SUBMODE", submode);
-    appendField(out, "RST_SENT", c.rsts);
-    appendField(out, "RST_RCVD", c.rstr);
-    appendField(out, "GRIDSQUARE", c.grid);
-    appendField(out, "NAME", c.nam);
-    appendField(out, "COMMENT", c.comment);
-    appendField(out, "QSL_SENT", qsl.sent);
-    appendField(out, "QSL_RCVD", qsl.rcvd);
-    appendField(out, "PROP_MODE", prop);
-    appendField(out, "COUNTRY", c.dxcc);
-    appendField(out, "DISTANCE", numberText(c.qrb));
-    appendField(out, "QSL_VIA", c.qslman);
-    appendField(out, "TX_PWR", c.txPwr);
-    appendField(out, "MY_ANTENNA", c.antenna);
-    appendField(out, "STATION_CALLSIGN", c.myCall);
-    appendField(out, "MY_GRIDSQUARE", c.myGrid);
-    appendField(out, "CONTEST_ID", c.contest);
-    appendField(out, isDigits(c.nrSent) ? "STX" : "STX_STRING", c.nrSent);
-    appendField(out, isDigits(c.nrRcvd) ? "SRX" : "SRX_STRING", c.nrRcvd);
-    appendField(out, "QSLSDATE", c.qslSent);
-    appendField(out, "QSLRDATE", c.qslRcvd);
-    appendField(out, "CONT", c.cont);
-    appendField(out, "CQZ", c.cqZone);
-    appendField(out, "ITUZ", c.ituZone);
-    appendField(out, "NOTES", c.remarks);
+    QSet<QString> written;
+    auto put = [&out, &written](const char* name, const QString& value) {
+        if (value.isEmpty())
+            return;
+        written.insert(QLatin1String(name));
+        appendField(out, name, value);
+    };
+    put("CALL", c.callsign);
+    put("QSO_DATE", date);
+    put("TIME_ON", time);
+    put("BAND", bandName);
+    put("FREQ", freq);
+    put("MODE", mode);
+    put("SUBMODE", submode);
+    put("RST_SENT", c.rsts);
+    put("RST_RCVD", c.rstr);
+    put("GRIDSQUARE", c.grid.left(8));
+    put("GRIDSQUARE_EXT", c.grid.mid(8));
+    put("NAME", c.nam);
+    put("COMMENT", c.comment);
+    put("QSL_SENT", qsl.sent);
+    put("QSL_RCVD", qsl.rcvd);
+    put("PROP_MODE", prop);
+    put("COUNTRY", c.dxcc);
+    put("DXCC", c.dxccNr);
+    if (!c.grid.isEmpty())
+        put("DISTANCE", numberText(c.qrb));
+    put("QSL_VIA", c.qslman);
+    put("TX_PWR", c.txPwr);
+    put("MY_ANTENNA", c.antenna);
+    put("STATION_CALLSIGN", c.myCall);
+    put("MY_GRIDSQUARE", c.myGrid);
+    put("CONTEST_ID", c.contest);
+    put(isDigits(c.nrSent) ? "STX" : "STX_STRING", c.nrSent);
+    put(isDigits(c.nrRcvd) ? "SRX" : "SRX_STRING", c.nrRcvd);
+    put("QSLSDATE", c.qslSent);
+    put("QSLRDATE", c.qslRcvd);
+    put("CONT", c.cont);
+    put("CQZ", c.cqZone);
+    put("ITUZ", c.ituZone);
+    put("NOTES", c.remarks);
+    for (const auto& [name, value] : extra) {
+        const QString key = written.contains(name) ? AppPrefix + name : name;
+        appendField(out, key.toLatin1().constData(), value);
+    }
     // What the standard fields would not give back exactly.
     if (AdifBands::bandTextFor(bandName, freq) != c.band)
         appendField(out, "APP_KESTREL_BAND", c.band);
-    if (qslLetter(qsl.sent, qsl.rcvd) != c.qsl)
+    if (qslLetter(qsl.sent, qsl.rcvd, lotw, eqsl) != c.qsl)
         appendField(out, "APP_KESTREL_QSL", c.qsl);
     if (propCode(prop) != c.prop)
         appendField(out, "APP_KESTREL_PROP", c.prop);
@@ -237,84 +322,170 @@ QByteArray recordText(const AdifContact& c)
     return out;
 }
 
-bool toContact(const AdifRecord& r, AdifContact& c, QString* reason)
+bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList* notes, LogClock::Base clock)
 {
-    auto refuse = [reason](const QString& why) {
-        if (reason)
-            *reason = why;
-        return false;
-    };
     c = AdifContact();
-    if (!r.error.isEmpty())
-        return refuse(r.error);
-    c.callsign = r.value(QStringLiteral("CALL")).trimmed().toUpper();
-    if (c.callsign.isEmpty())
-        return refuse(QStringLiteral("no CALL"));
-    const QString date = r.value(QStringLiteral("QSO_DATE"));
-    c.date = dateFromAdif(date);
-    if (c.date.isEmpty())
-        return refuse(date.isEmpty() ? QStringLiteral("no QSO_DATE")
-                                     : QStringLiteral("QSO_DATE \"%1\" is not a date (YYYYMMDD)").arg(date));
-    const QString time = r.value(QStringLiteral("TIME_ON"));
+    if (!r.error.isEmpty()) {
+        if (reason)
+            *reason = r.error;
+        return false;
+    }
+    // A field of ConsumedFields: it has a column and is not kept as extra text.
+    auto take = [&r](const char* name) { return r.value(QLatin1String(name)); };
+    bool extJoined = false;
+    QList<QPair<QString, QString>> extra;
+    // A field kept as text where its column cannot take it.
+    auto keep = [&](const char* name, const QString& why) {
+        extra.append({ QLatin1String(name), r.value(QLatin1String(name)) });
+        if (notes)
+            *notes << QStringLiteral("%1 \"%2\" %3, kept as text")
+                          .arg(QLatin1String(name), r.value(QLatin1String(name)), why);
+    };
+
+    c.callsign = take("CALL").trimmed().toUpper();
+    if (c.callsign.isEmpty()) {
+        if (reason)
+            *reason = QStringLiteral("no CALL");
+        return false;
+    }
+    const QString date = take("QSO_DATE");
+    const QDate day = LogClock::compactDate(date.trimmed());
+    if (!day.isValid()) {
+        if (reason)
+            *reason = date.isEmpty() ? QStringLiteral("no QSO_DATE")
+                                     : QStringLiteral("QSO_DATE \"%1\" is not a date (YYYYMMDD)").arg(date);
+        return false;
+    }
+    c.date = LogClock::storedDate(day);
+    const QString time = take("TIME_ON");
     c.gmt = timeFromAdif(time);
-    if (c.gmt.isEmpty())
-        return refuse(time.isEmpty()
-                ? QStringLiteral("no TIME_ON")
-                : QStringLiteral("TIME_ON \"%1\" is not a time (HHMM or HHMMSS)").arg(time));
-    const QString bandName = r.value(QStringLiteral("BAND"));
-    const QString freq = r.value(QStringLiteral("FREQ")).trimmed();
+    if (!c.gmt.isEmpty()) {
+        const QDateTime onClock = LogClock::fromUtc(day, LogClock::time(c.gmt), clock);
+        c.date = LogClock::storedDate(onClock.date());
+        c.gmt = c.gmt.size() > 5 ? LogClock::hoursMinutesSeconds(onClock.time())
+                                 : LogClock::hoursMinutes(onClock.time());
+    } else if (!time.isEmpty()) {
+        keep("TIME_ON", QStringLiteral("is not a time (HHMM or HHMMSS)"));
+    }
+    const QString bandName = take("BAND");
+    const QString freq = take("FREQ").trimmed();
     c.band = r.has(AppBand) ? r.value(AppBand) : AdifBands::bandTextFor(bandName, freq);
-    if (c.band.isEmpty())
-        return refuse(bandName.isEmpty() && freq.isEmpty()
-                ? QStringLiteral("no BAND and no FREQ")
-                : QStringLiteral("band \"%1\" / frequency \"%2\" is not an amateur band")
-                      .arg(bandName, freq));
-    c.freq = r.has(AppFreq) ? r.value(AppFreq) : freqColumn(freq, c.band);
-    c.grid = r.value(QStringLiteral("GRIDSQUARE")).trimmed().toUpper();
-    if (!c.grid.isEmpty() && !Locator::isValid(c.grid))
-        return refuse(
-            QStringLiteral("GRIDSQUARE \"%1\" is not a locator").arg(r.value(QStringLiteral("GRIDSQUARE"))));
-    const QString distance = r.value(QStringLiteral("DISTANCE")).trimmed();
+    if (c.band.isEmpty() && !bandName.isEmpty())
+        keep("BAND", QStringLiteral("is no band of the log"));
+    if (c.band.isEmpty() && !freq.isEmpty())
+        keep("FREQ", QStringLiteral("is in no band of the log"));
+    if (!c.band.isEmpty())
+        c.freq = r.has(AppFreq) ? r.value(AppFreq) : freqColumn(freq, c.band);
+    const QString grid = take("GRIDSQUARE").trimmed().toUpper();
+    const QString gridExt = r.value(QStringLiteral("GRIDSQUARE_EXT")).trimmed().toUpper();
+    if (Locator::isValid(grid)) {
+        c.grid = grid;
+        if (grid.size() == 8 && Locator::isValid(grid + gridExt)) {
+            c.grid += gridExt;
+            extJoined = true;
+        }
+    } else if (!grid.isEmpty()) {
+        keep("GRIDSQUARE", QStringLiteral("is not a locator"));
+    }
+    const QString distance = take("DISTANCE").trimmed();
     if (!distance.isEmpty()) {
         bool ok = false;
         const double km = distance.toDouble(&ok);
         if (!ok || km < 0)
-            return refuse(QStringLiteral("DISTANCE \"%1\" is not a number of km").arg(distance));
-        c.qrb = km;
+            keep("DISTANCE", QStringLiteral("is not a number of km"));
+        else if (c.grid.isEmpty())
+            extra.append(
+                { QStringLiteral("DISTANCE"), r.value(QStringLiteral("DISTANCE")) }); // no locator to go with
+        else
+            c.qrb = km;
     }
-    const QString submode = r.value(QStringLiteral("SUBMODE"));
-    c.mode = submode.isEmpty() ? r.value(QStringLiteral("MODE")) : submode;
-    c.rsts = r.value(QStringLiteral("RST_SENT"));
-    c.rstr = r.value(QStringLiteral("RST_RCVD"));
-    c.nam = r.value(QStringLiteral("NAME"));
-    c.comment = r.value(QStringLiteral("COMMENT"));
-    c.qsl = r.has(AppQsl)
-        ? r.value(AppQsl)
-        : qslLetter(r.value(QStringLiteral("QSL_SENT")), r.value(QStringLiteral("QSL_RCVD")));
-    c.prop = r.has(AppProp) ? r.value(AppProp) : propCode(r.value(QStringLiteral("PROP_MODE")));
-    c.dxcc = r.value(QStringLiteral("COUNTRY"));
-    c.qslman = r.value(QStringLiteral("QSL_VIA"));
-    c.txPwr = r.value(QStringLiteral("TX_PWR"));
-    c.antenna = r.value(QStringLiteral("MY_ANTENNA"));
-    c.myCall = r.value(QStringLiteral("STATION_CALLSIGN"));
+    const QString submode = take("SUBMODE");
+    c.mode = submode.isEmpty() ? take("MODE") : submode;
+    // The MODE of a submode that does not give it back is kept.
+    const bool modeKept = !submode.isEmpty() && modeFields(submode).first != r.value(QStringLiteral("MODE"));
+    c.rsts = take("RST_SENT");
+    c.rstr = take("RST_RCVD");
+    c.nam = take("NAME");
+    c.comment = take("COMMENT");
+    const QString sent = take("QSL_SENT");
+    const QString rcvd = take("QSL_RCVD");
+    c.qsl = r.has(AppQsl) ? r.value(AppQsl)
+                          : qslLetter(sent, rcvd, r.value(QStringLiteral("LOTW_QSL_RCVD")),
+                              r.value(QStringLiteral("EQSL_QSL_RCVD")));
+    const QslStatus implied = qslStatus(c.qsl);
+    if (implied.sent != sent || implied.rcvd != rcvd) {
+        for (auto [name, value] : { std::pair { "QSL_SENT", sent }, std::pair { "QSL_RCVD", rcvd } }) {
+            if (!value.isEmpty())
+                extra.append({ QLatin1String(name), value });
+        }
+    }
+    c.prop = r.has(AppProp) ? r.value(AppProp) : propCode(take("PROP_MODE"));
+    c.dxcc = take("COUNTRY");
+    c.dxccNr = take("DXCC").trimmed();
+    c.qslman = take("QSL_VIA");
+    c.txPwr = take("TX_PWR");
+    c.antenna = take("MY_ANTENNA");
+    c.myCall = take("STATION_CALLSIGN");
     if (c.myCall.isEmpty())
-        c.myCall = r.value(QStringLiteral("OPERATOR"));
-    c.myGrid = r.value(QStringLiteral("MY_GRIDSQUARE"));
-    c.contest = r.value(QStringLiteral("CONTEST_ID"));
-    c.nrSent = r.has(QStringLiteral("STX_STRING")) ? r.value(QStringLiteral("STX_STRING"))
-                                                   : r.value(QStringLiteral("STX"));
-    c.nrRcvd = r.has(QStringLiteral("SRX_STRING")) ? r.value(QStringLiteral("SRX_STRING"))
-                                                   : r.value(QStringLiteral("SRX"));
-    c.qslSent = r.value(QStringLiteral("QSLSDATE"));
-    c.qslRcvd = r.value(QStringLiteral("QSLRDATE"));
-    c.cont = r.value(QStringLiteral("CONT"));
+        c.myCall = r.value(QStringLiteral("OPERATOR")); // OPERATOR itself is kept as it is
+    c.myGrid = take("MY_GRIDSQUARE");
+    c.contest = take("CONTEST_ID");
+    const QString stx = take("STX");
+    const QString srx = take("SRX");
+    c.nrSent = r.has(QStringLiteral("STX_STRING")) ? take("STX_STRING") : stx;
+    c.nrRcvd = r.has(QStringLiteral("SRX_STRING")) ? take("SRX_STRING") : srx;
+    c.qslSent = take("QSLSDATE");
+    c.qslRcvd = take("QSLRDATE");
+    c.cont = take("CONT");
     for (auto [name, target] : { std::pair { "CQZ", &c.cqZone }, std::pair { "ITUZ", &c.ituZone } }) {
-        const QString z = r.value(QLatin1String(name)).trimmed();
+        const QString z = take(name).trimmed();
         if (isDigits(z))
             *target = QString::number(z.toInt());
+        else if (!z.isEmpty())
+            keep(name, QStringLiteral("is not a zone number"));
     }
-    c.remarks = r.value(QStringLiteral("NOTES"));
+    c.remarks = take("NOTES");
+    for (auto it = r.fields.cbegin(); it != r.fields.cend(); ++it) {
+        const QString& name = it.key();
+        if (ConsumedFields.contains(name) || (name == QLatin1String("GRIDSQUARE_EXT") && extJoined)
+            || (name == QLatin1String("MODE") && !modeKept))
+            continue;
+        // What an earlier export wrote as APP_KESTREL_<name> was the record's own <name>.
+        const QString own = name.startsWith(AppPrefix) ? name.mid(AppPrefix.size()) : name;
+        if (std::none_of(extra.cbegin(), extra.cend(), [&own](const auto& f) { return f.first == own; }))
+            extra.append({ own, it.value() });
+    }
+    // The claims of the station go to dxcc and dxccNr; setEntity decides.
+    for (const auto& [name, target] : { std::pair { "COUNTRY", &c.dxcc }, std::pair { "DXCC", &c.dxccNr } }) {
+        const auto at = std::find_if(
+            extra.begin(), extra.end(), [name](const auto& f) { return f.first == QLatin1String(name); });
+        if (at != extra.end()) {
+            *target = at->second;
+            extra.erase(at);
+        }
+    }
+    c.adifExtra = extraText(extra);
     return true;
+}
+
+void setEntity(AdifContact& c, const DxccEntity& e)
+{
+    QList<QPair<QString, QString>> extra;
+    const QString number = e.dxccNr > 0 ? QString::number(e.dxccNr) : QString();
+    if (!c.dxcc.isEmpty() && c.dxcc != e.name)
+        extra.append({ QStringLiteral("COUNTRY"), c.dxcc });
+    if (!c.dxccNr.isEmpty() && c.dxccNr != number)
+        extra.append({ QStringLiteral("DXCC"), c.dxccNr });
+    if (!extra.isEmpty())
+        c.adifExtra = extraText(extraFields(c.adifExtra) + extra);
+    c.dxcc = e.name;
+    c.dxccNr = number;
+    if (c.cqZone.isEmpty() && e.cqZone > 0)
+        c.cqZone = QString::number(e.cqZone);
+    if (c.ituZone.isEmpty() && e.ituZone > 0)
+        c.ituZone = QString::number(e.ituZone);
+    if (c.cont.isEmpty())
+        c.cont = e.continent;
 }
 
 } // namespace AdifMapping

@@ -106,9 +106,41 @@ AdifReader::Parsed AdifReader::parseTag()
     }
     p.tag = Tag::Field;
     p.name = name;
-    p.value = decode(data_.mid(close + 1, length));
-    advanceTo(close + 1 + length);
+    qint64 end = close + 1 + length;
+    if (!endsCleanly(end)) {
+        const qint64 byChars = characterEnd(close + 1, length);
+        if (byChars > end && endsCleanly(byChars)) {
+            end = byChars;
+            p.note = QStringLiteral("the length of %1 counts characters, not bytes").arg(name);
+        }
+    }
+    p.value = decode(data_.mid(close + 1, end - close - 1));
+    advanceTo(end);
     return p;
+}
+
+bool AdifReader::endsCleanly(qint64 end) const
+{
+    if (end < data_.size() && (static_cast<unsigned char>(data_[end]) & 0xC0) == 0x80)
+        return false; // inside a UTF-8 character
+    for (qint64 i = end; i < data_.size(); ++i) {
+        if (data_[i] == '<')
+            return true;
+        if (!std::isspace(static_cast<unsigned char>(data_[i])))
+            return false;
+    }
+    return true;
+}
+
+qint64 AdifReader::characterEnd(qint64 from, qint64 characters) const
+{
+    qint64 at = from;
+    for (qint64 n = 0; n < characters && at < data_.size(); ++n) {
+        ++at;
+        while (at < data_.size() && (static_cast<unsigned char>(data_[at]) & 0xC0) == 0x80)
+            ++at;
+    }
+    return at;
 }
 
 bool AdifReader::next(AdifRecord& record)
@@ -146,6 +178,8 @@ bool AdifReader::next(AdifRecord& record)
         case Tag::Field:
             if (record.error.isEmpty())
                 record.fields.insert(p.name, p.value);
+            if (!p.note.isEmpty())
+                record.notes << p.note;
             continue;
         }
     }

@@ -1,17 +1,22 @@
 #pragma once
 // Reads an ADIF file (.adi): an optional header ended by <EOH>, then records of fields
-// "<NAME:length[:type]>value" ended by <EOR>. Names are taken without case; the length counts
-// bytes; values are UTF-8 (Latin-1 when they are not valid UTF-8). A record with a damaged
+// "<NAME:length[:type]>value" ended by <EOR>. Names are taken without case; values are UTF-8
+// (Latin-1 when they are not valid UTF-8). The length counts bytes; a length that counts the
+// characters of UTF-8 text (as some loggers write) is taken as such where the bytes would end
+// inside a character or before text other than blanks and the characters end cleanly, and
+// the field is named in the record's notes. A record with a damaged
 // field is reported with the line it starts on and the reason, and reading goes on with the
 // next record, so one bad record never costs the good ones.
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 struct AdifRecord {
     int line = 0; // line of the record's first field, from 1
     QHash<QString, QString> fields; // upper-case name -> value
     QString error; // why the record is damaged; empty for a good one
+    QStringList notes; // fields read in a way worth telling ("the length of NAME counts characters")
 
     QString value(const QString& name) const { return fields.value(name); }
     bool has(const QString& name) const { return fields.contains(name); }
@@ -36,6 +41,7 @@ private:
         QString name;
         QString value;
         QString error;
+        QString note;
         int line = 0;
         bool junk = false; // text other than blanks before the tag
     };
@@ -43,6 +49,10 @@ private:
     void advanceTo(qint64 pos);
     void skipHeader();
     bool hasHeaderEnd() const;
+    // True when a value ending at `end` is followed by blanks and a tag or the end of the data.
+    bool endsCleanly(qint64 end) const;
+    // Where `characters` UTF-8 characters from `from` end.
+    qint64 characterEnd(qint64 from, qint64 characters) const;
 
     QByteArray data_;
     qint64 pos_ = 0;

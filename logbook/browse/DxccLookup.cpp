@@ -4,9 +4,25 @@
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
 
+#include "logbook/browse/DxccCall.h"
+
 #include <QSqlQuery>
 
 namespace DxccLookup {
+
+QString lookupText(DbConnection& c, const QString& callsign)
+{
+    // The same rule as the in-memory index: a row whose pattern is the text itself, without wildcards.
+    auto isExactCall = [&c](const QString& text) {
+        QSqlQuery q(c.database());
+        q.setForwardOnly(true);
+        q.prepare(QStringLiteral("SELECT 1 FROM dxccdata WHERE dxcccode = ? COLLATE NOCASE "
+                                 "AND instr(dxcccode, '%') = 0 AND instr(dxcccode, '_') = 0 LIMIT 1"));
+        q.addBindValue(text);
+        return q.exec() && q.next();
+    };
+    return DxccCall::normalised(callsign, isExactCall);
+}
 
 QString convertedPattern(const QString& pattern)
 {
@@ -18,13 +34,29 @@ QString convertedPattern(const QString& pattern)
 DxccLookupResult lookup(const QString& connection, const QString& callsign)
 {
     DxccLookupResult r;
+    QString text;
+    {
+        DbConnection c(connection);
+        if (!c.isOpen()) {
+            r.error = c.error();
+            return r;
+        }
+        text = lookupText(c, callsign);
+    }
+    if (text.isEmpty())
+        return r; // /MM, /AM: no entity
     Recordset rs(connection);
-    if (!rs.open(SqlText::dxccLookup(callsign)) || rs.atEnd()) {
+    if (!rs.open(SqlText::dxccLookup(text)) || rs.atEnd()) {
         r.error = rs.error();
         return r;
     }
     r.found = true;
-    r.entity = rs.text(2);
+    auto value = [&rs](const char* name) {
+        const int field = rs.fieldIndex(QLatin1String(name));
+        return field < 0 ? QVariant() : rs.value(field);
+    };
+    r.entity = { true, rs.text(2), value("DxccNr").toInt(), value("CQZone").toInt(), value("ITUZone").toInt(),
+        value("Cont").toString() };
     for (bool more = true; more; more = rs.next()) {
         const QString code = rs.text(1);
         const QString converted = convertedPattern(code);

@@ -1,6 +1,7 @@
 #include "logbook/db/DbConnection.h"
 
 #include "logbook/db/LogbookLogging.h"
+#include "logbook/db/SqlCaseFold.h"
 
 #include <QAtomicInteger>
 #include <QDir>
@@ -70,6 +71,8 @@ DbConnection::DbConnection(const QString& file, int busyTimeoutMs, bool create)
     // checkpoint, which also removes its journal, so it is complete when renamed.)
     if (!create)
         sqlite3_db_config(handle_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    if (!SqlCaseFold::install(handle_))
+        qCWarning(lcLogbook) << "no casefold() for searches:" << sqlite3_errmsg(handle_);
     open_ = true;
 }
 

@@ -1,9 +1,11 @@
 #include "logbook/db/SeedData.h"
 
+#include "logbook/db/BeaconMapTexts.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogbookLogging.h"
 
 #include <QFile>
+#include <QSqlQuery>
 
 #include <sqlite3.h>
 
@@ -19,15 +21,19 @@ QString resourceText(const QString& path)
 }
 
 // One prepared statement stepped per row: a new file's 20 000 rows go in within milliseconds.
-bool batchInsert(DbConnection& c, const char* sql, const QList<QStringList>& rows, DbError* error)
+// An empty text is bound as NULL.
+bool batchInsert(DbConnection& c, const QByteArray& sql, const QList<QStringList>& rows, DbError* error)
 {
     sqlite3* h = c.handle();
     sqlite3_stmt* st = nullptr;
-    int rc = sqlite3_prepare_v2(h, sql, -1, &st, nullptr);
+    int rc = sqlite3_prepare_v2(h, sql.constData(), int(sql.size()), &st, nullptr);
     for (qsizetype r = 0; rc == SQLITE_OK && r < rows.size(); ++r) {
         for (qsizetype i = 0; i < rows[r].size(); ++i) {
             const QByteArray v = rows[r][i].toUtf8();
-            sqlite3_bind_text(st, int(i + 1), v.constData(), int(v.size()), SQLITE_TRANSIENT);
+            if (v.isEmpty())
+                sqlite3_bind_null(st, int(i + 1));
+            else
+                sqlite3_bind_text(st, int(i + 1), v.constData(), int(v.size()), SQLITE_TRANSIENT);
         }
         rc = sqlite3_step(st) == SQLITE_DONE ? sqlite3_reset(st) : sqlite3_errcode(h);
     }
@@ -43,13 +49,13 @@ namespace SeedData {
 
 QString ctyText()
 {
-    return resourceText(QStringLiteral(":/seed/cty.dat"));
+    return resourceText(QStringLiteral(":/seed/cty.csv"));
 }
 
-QList<DxccRow> dxccRows()
+QList<DxccRow> dxccRows(const QString& ctyCsv)
 {
     QString problems;
-    const QList<CtyEntity> entities = CtyParser::parse(ctyText(), &problems);
+    const QList<CtyEntity> entities = CtyParser::parse(ctyCsv, &problems);
     if (!problems.isEmpty())
         qCWarning(lcLogbook) << problems;
     return CtyParser::toRows(entities);
@@ -86,17 +92,43 @@ QList<BeaconSeed> beacons()
     return list;
 }
 
+bool fillDxcc(DbConnection& c, const QList<DxccRow>& rows, DbError* error)
+{
+    // A table without the entity columns (an older schema) gets name and prefix only.
+    bool withPlace = false;
+    QSqlQuery q(c.database());
+    if (q.exec(QStringLiteral("PRAGMA table_info(dxccdata)"))) {
+        while (q.next())
+            withPlace = withPlace
+                || q.value(1).toString().compare(QLatin1String("DxccNr"), Qt::CaseInsensitive) == 0;
+    }
+    q.finish();
+    auto number = [](int n) { return n > 0 ? QString::number(n) : QString(); };
+    QList<QStringList> dxcc;
+    for (const DxccRow& r : rows) {
+        dxcc.append({ r.pattern, r.country, r.prefix });
+        if (withPlace)
+            dxcc.back() << number(r.place.dxccNr) << number(r.place.cqZone) << number(r.place.ituZone)
+                        << r.place.continent;
+    }
+    return batchInsert(c,
+        withPlace ? "INSERT INTO dxccdata (dxcccode, Country, Prefix, DxccNr, CQZone, ITUZone, Cont) "
+                    "VALUES (?, ?, ?, ?, ?, ?, ?)"
+                  : "INSERT INTO dxccdata (dxcccode, Country, Prefix) VALUES (?, ?, ?)",
+        dxcc, error);
+}
+
 bool fill(DbConnection& c, DbError* error)
 {
-    QList<QStringList> dxcc;
-    for (const DxccRow& r : dxccRows())
-        dxcc.append({ r.pattern, r.country, r.prefix });
     QList<QStringList> beaconRows;
+    // With their map columns, so the first beacon map has its points without GD.
     for (const BeaconSeed& b : beacons())
-        beaconRows.append({ b.beacon, b.locator, b.qrg, b.equipment, b.mode });
-    return batchInsert(c, "INSERT INTO dxccdata (dxcccode, Country, Prefix) VALUES (?, ?, ?)", dxcc, error)
+        beaconRows.append({ b.beacon, b.locator, b.qrg, b.equipment, b.mode, BeaconGridXY(b.locator),
+            BeaconGeData(b.beacon, b.qrg, b.locator, b.equipment) });
+    return fillDxcc(c, dxccRows(ctyText()), error)
         && batchInsert(c,
-            "INSERT INTO PNT_Beacon (beacon, Locator, qrg, Equipment, Mode) VALUES (?, ?, ?, ?, ?)",
+            "INSERT INTO PNT_Beacon (beacon, Locator, qrg, Equipment, Mode, GEgridXY, GEdata) "
+            "VALUES (?, ?, ?, ?, ?, ?, ?)",
             beaconRows, error);
 }
 

@@ -29,11 +29,6 @@ QString beaconSearch(const QString& text)
     return BeaconSearchHead + quoted(text) + QLatin1Char('%') + QLatin1Char('\'');
 }
 
-QString beaconLookup(const QString& name)
-{
-    return BeaconLookupHead + quoted(name) + QLatin1Char('\'');
-}
-
 QString qslRun(const QString& letter)
 {
     return QslRunHead + quoted(letter) + QslRunTail;

@@ -18,8 +18,6 @@ inline const QString BeaconList = QStringLiteral("SELECT beacon, Locator, qrg, E
 // Beacon list search: head + text + "%" + "'".
 inline const QString BeaconSearchHead
     = QStringLiteral("SELECT beacon, Locator, qrg, Equipment  FROM PNT_beacon where beacon like '");
-// Beacon lookup from the beacon grid: head + name + "'".
-inline const QString BeaconLookupHead = QStringLiteral("SELECT * FROM PNT_beacon where beacon like '");
 // DXCC lookup: head + callsign + tail; the callsign stands left of LIKE.
 inline const QString DxccLookupHead = QStringLiteral("SELECT * FROM dxccdata where '");
 inline const QString DxccLookupTail = QStringLiteral("' like dxcccode ");
@@ -73,7 +71,6 @@ QString dxccLookup(const QString& callsign);
 QString searchByCallsign(const QString& text);
 QString searchByGrid(const QString& text);
 QString beaconSearch(const QString& text);
-QString beaconLookup(const QString& name);
 QString qslRun(const QString& letter);
 // " band like '<pattern>'" whatever the pattern (the map data completion sets it even when empty).
 QString bandFilter(const QString& pattern);

@@ -1,6 +1,9 @@
 #include "logbook/entry/LogClock.h"
 
+#include "core/ExtensionSettings.h"
 #include "logbook/db/LogDate.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -37,6 +40,48 @@ QDate fromParts(int y, int m, int d)
 } // namespace
 
 namespace LogClock {
+
+Base configured()
+{
+    return ExtensionSettings::value(ExtensionKey::LogClock)
+                .trimmed()
+                .compare(QLatin1String("utc"), Qt::CaseInsensitive)
+            == 0
+        ? Base::Utc
+        : Base::Local;
+}
+
+QDateTime now(Base base)
+{
+    return base == Base::Utc ? QDateTime::currentDateTimeUtc() : QDateTime::currentDateTime();
+}
+
+QDateTime toUtc(QDate date, QTime time, Base base)
+{
+    const QDateTime asUtc(date, time, Qt::UTC);
+    if (base == Base::Utc)
+        return asUtc;
+    // The C library's answer for a repeated or skipped local time depends on its last call, so
+    // the offsets a day before and after decide: a time both give is repeated (the earlier
+    // wins), a time neither gives was skipped (read with the offset before the change).
+    const qint64 local = asUtc.toMSecsSinceEpoch();
+    auto offsetAt = [](qint64 utcMs) {
+        return qint64(QDateTime::fromMSecsSinceEpoch(utcMs, Qt::LocalTime).offsetFromUtc()) * 1000;
+    };
+    const qint64 day = 86'400'000;
+    const qint64 before = local - offsetAt(local - day);
+    const qint64 after = local - offsetAt(local + day);
+    const bool beforeFits = before + offsetAt(before) == local;
+    const bool afterFits = after + offsetAt(after) == local;
+    const qint64 utc = beforeFits && afterFits ? std::min(before, after) : afterFits ? after : before;
+    return QDateTime::fromMSecsSinceEpoch(utc, Qt::UTC);
+}
+
+QDateTime fromUtc(QDate date, QTime time, Base base)
+{
+    const QDateTime utc(date, time, Qt::UTC);
+    return base == Base::Utc ? utc : utc.toLocalTime();
+}
 
 QDate compactDate(const QString& t)
 {

@@ -13,13 +13,20 @@ QByteArray latin1(const QString& s)
 
 } // namespace
 
-SimClusterSession::SimClusterSession(const QString& nodeCall)
+SimClusterSession::SimClusterSession(const QString& nodeCall, Style style)
     : node_(nodeCall)
+    , style_(style)
 {
 }
 
 QByteArray SimClusterSession::greeting() const
 {
+    if (style_ == Style::Telnet) {
+        // IAC WILL ECHO, IAC WILL SUPPRESS-GO-AHEAD, IAC DO NAWS
+        return QByteArray("\xff\xfb\x01\xff\xfb\x03\xff\xfd\x1f") + kEnd + "Welcome to " + node_.toUtf8()
+            + ", Grüße aus Köln, the simulated DX cluster node of Kestrel." + kEnd + kEnd
+            + "\x1b[1mPlease enter your call.\x1b[0m" + kEnd + "login: ";
+    }
     return kEnd + "Welcome to " + latin1(node_) + ", the simulated DX cluster node of Kestrel." + kEnd + kEnd
         + "Please enter your call." + kEnd + "login: ";
 }
@@ -37,6 +44,19 @@ SimClusterSession::Result SimClusterSession::receive(const QByteArray& bytes, co
     if (closed_)
         return r;
     for (char c : bytes) {
+        // The client's telnet commands: IAC and a command; WILL, WONT, DO, DONT take an option.
+        const auto u = static_cast<unsigned char>(c);
+        if (command_ == Command::AfterIac) {
+            command_ = u >= 251 && u <= 254 ? Command::Option : Command::None;
+            if (u != 255) // IAC IAC is the byte 255 itself
+                continue;
+        } else if (command_ == Command::Option) {
+            command_ = Command::None;
+            continue;
+        } else if (style_ == Style::Telnet && u == 255) {
+            command_ = Command::AfterIac;
+            continue;
+        }
         // A line ends at CR, LF or CR LF; the LF after a CR adds no empty line.
         if (c == '\n' && lastWasCr_) {
             lastWasCr_ = false;
@@ -100,5 +120,7 @@ QByteArray SimClusterSession::spot(const SimSpot& spot, const QDateTime& utc) co
 {
     if (!isLoggedIn() || closed_)
         return {};
+    if (style_ == Style::Telnet)
+        return "\a\x1b[1;32m" + spot.line(utc.toUTC().time()).toUtf8() + "\x1b[0m\n\r";
     return spot.line(utc.toUTC().time()).toLatin1() + kEnd;
 }

@@ -1,7 +1,9 @@
 #pragma once
 // One connection to the simulated DX cluster node: asks for a callsign ("login: "), echoes every
 // line it receives, takes "dx FREQ CALL comment" as a spot of its user, and ends on "bye".
-// Pure: text in, text out; the node's TCP server does the I/O and hands out the spots.
+// In the telnet style it talks like many real nodes: telnet negotiation first, a UTF-8
+// greeting, spots in ANSI colour with a bell and LF CR line ends; the client's telnet
+// commands are skipped. Pure: bytes in, bytes out; the node's TCP server does the I/O.
 #include "sim/devices/SimSpot.h"
 
 #include <QByteArray>
@@ -10,7 +12,9 @@
 
 class SimClusterSession {
 public:
-    explicit SimClusterSession(const QString& nodeCall = QStringLiteral("KESTREL-SIM"));
+    enum class Style { Plain, Telnet };
+    explicit SimClusterSession(
+        const QString& nodeCall = QStringLiteral("KESTREL-SIM"), Style style = Style::Plain);
 
     // What the node sends right after the connection is made.
     QByteArray greeting() const;
@@ -35,6 +39,8 @@ private:
     QByteArray prompt(const QDateTime& utc) const;
 
     QString node_;
+    Style style_;
+    enum class Command { None, AfterIac, Option } command_ = Command::None; // the client's telnet command
     QString call_;
     QByteArray pending_;
     bool closed_ = false;

@@ -1,6 +1,7 @@
 #include "sim/devices/SimRig.h"
 
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -134,7 +135,10 @@ QByteArray SimRig::tick(int ms)
 QByteArray SimRig::binaryCommand(const QByteArray& frame)
 {
     const auto p = [&frame](int i) { return static_cast<quint8>(frame[i]); };
-    switch (p(4)) {
+    const quint8 opcode = p(4);
+    if (!catOn_ && opcode != 0x00)
+        return {}; // CAT off: the rig listens for CAT ON only
+    switch (opcode) {
     case 0x01: { // set frequency: eight BCD digits, 10 Hz steps, most significant first
         qint64 tens = 0;
         for (int i = 0; i < 4; ++i) {
@@ -166,10 +170,15 @@ QByteArray SimRig::binaryCommand(const QByteArray& frame)
     case 0x88:
         transmitting_ = false;
         break;
-    case 0x00: // CAT on / off: accepted, the simulator listens either way
-    case 0x80:
+    case 0x00:
+        catOn_ = true;
         break;
-    case 0x03: { // read frequency and mode
+    case 0x80:
+        catOn_ = false;
+        break;
+    case 0x03: // read frequency and mode: main, satellite receive, satellite transmit
+    case 0x13:
+    case 0x23: {
         quint8 modeCode = 0x01;
         for (const auto& [code, mode] : kBinaryModes)
             if (mode == mode_)
@@ -177,6 +186,32 @@ QByteArray SimRig::binaryCommand(const QByteArray& frame)
         ++commands_;
         return frequencyBcd() + char(modeCode);
     }
+    case 0xe7: // receive status: bit 7 set while the squelch is closed, S-meter dots below
+        ++commands_;
+        return QByteArray(1, char(0x80));
+    case 0xf7: // transmit status: bit 7 set while receiving, power-meter dots below
+        ++commands_;
+        return QByteArray(1, char(transmitting_ ? 0x10 : 0x80));
+    case 0x4e: // satellite mode on / off, the satellite VFOs, tones, repeater shift and offset:
+    case 0x8e: // taken without an answer, as the rig does; the simulator does not model them
+    case 0x11:
+    case 0x21:
+    case 0x17:
+    case 0x27:
+    case 0x0a:
+    case 0x1a:
+    case 0x2a:
+    case 0x0b:
+    case 0x1b:
+    case 0x2b:
+    case 0x0c:
+    case 0x1c:
+    case 0x2c:
+    case 0x09:
+    case 0x49:
+    case 0x89:
+    case 0xf9:
+        break;
     default:
         ++refused_;
         return {};
@@ -197,52 +232,88 @@ QByteArray SimRig::frequencyBcd() const
     return bcd;
 }
 
+char SimRig::textModeDigit() const
+{
+    for (const auto& [digit, mode] : kTextModes)
+        if (mode == mode_)
+            return digit;
+    return '2';
+}
+
+// "IF": memory channel (3), VFO-A in Hz (9), clarifier (5), RX and TX clarifier (1 each),
+// mode (1), VFO/memory (1), tone (1), two fixed zeros, repeater shift (1).
+QByteArray SimRig::informationAnswer() const
+{
+    return "IF001" + QByteArray::number(frequencyHz_).rightJustified(9, '0') + "+000000" + textModeDigit()
+        + "00000;";
+}
+
 QByteArray SimRig::textCommand(const QByteArray& command)
 {
     const QByteArray name = command.left(2);
     const QByteArray arg = command.mid(2);
     bool ok = false;
-    if (name == "FA") {
-        if (arg.isEmpty()) {
-            ++commands_;
-            return "FA" + QByteArray::number(frequencyHz_).rightJustified(9, '0') + ';';
+    // A one-character switch ("AI1;"): answered with its setting when asked, set when given.
+    const auto flag = [&](char& value, const QByteArray& allowed) -> std::optional<QByteArray> {
+        if (arg.isEmpty())
+            return name + value + ';';
+        if (arg.size() == 1 && allowed.contains(arg[0])) {
+            value = arg[0];
+            return QByteArray();
         }
-        const qint64 hz = arg.toLongLong(&ok);
-        if (ok && hz >= 0 && leadingDigits(arg) == arg.size()) {
-            frequencyHz_ = hz;
-            ++commands_;
-            return {};
+        return std::nullopt;
+    };
+    std::optional<QByteArray> answer;
+    if (name == "FA" || name == "FB") {
+        qint64& hz = name == "FA" ? frequencyHz_ : vfoBHz_;
+        if (arg.isEmpty()) {
+            answer = name + QByteArray::number(hz).rightJustified(9, '0') + ';';
+        } else {
+            const qint64 value = arg.toLongLong(&ok);
+            if (ok && value >= 0 && leadingDigits(arg) == arg.size()) {
+                hz = value;
+                answer = QByteArray();
+            }
         }
     } else if (name == "MD") {
         if (arg.isEmpty() || arg == "0") {
-            for (const auto& [digit, mode] : kTextModes)
-                if (mode == mode_) {
-                    ++commands_;
-                    return QByteArray("MD0") + digit + ';';
+            answer = QByteArray("MD0") + textModeDigit() + ';';
+        } else {
+            const QByteArray digit = arg.size() == 2 && arg[0] == '0' ? arg.mid(1) : arg;
+            for (const auto& [d, mode] : kTextModes)
+                if (digit.size() == 1 && digit[0] == d) {
+                    mode_ = mode;
+                    answer = QByteArray();
                 }
-            ++commands_;
-            return "MD02;";
         }
-        const QByteArray digit = arg.size() == 2 && arg[0] == '0' ? arg.mid(1) : arg;
-        for (const auto& [d, mode] : kTextModes)
-            if (digit.size() == 1 && digit[0] == d) {
-                mode_ = mode;
-                ++commands_;
-                return {};
-            }
     } else if (name == "TX") {
-        if (arg.isEmpty()) {
-            ++commands_;
-            return transmitting_ ? "TX1;" : "TX0;";
-        }
-        if (arg == "0" || arg == "1") {
-            transmitting_ = arg == "1";
-            ++commands_;
-            return {};
-        }
+        char tx = transmitting_ ? '1' : '0';
+        answer = flag(tx, "01");
+        transmitting_ = tx == '1';
+    } else if (name == "ID" && arg.isEmpty()) {
+        answer = "ID0570;"; // the FT-991's number
+    } else if (name == "IF" && arg.isEmpty()) {
+        answer = informationAnswer();
+    } else if (name == "AI") {
+        answer = flag(autoInformation_, "01");
+    } else if (name == "PS") {
+        answer = flag(power_, "01");
+    } else if (name == "VS") {
+        answer = flag(vfoSelect_, "01");
+    } else if (name == "FT") {
+        answer = flag(transmitVfo_, "0123");
+        transmitVfo_ = char('0' + (transmitVfo_ - '0') % 2); // 2 and 3 select VFO-A and B
+    } else if (name == "ST") {
+        answer = flag(split_, "012");
+    } else if (name == "SM" && (arg.isEmpty() || arg == "0")) {
+        answer = "SM0000;";
     }
-    ++refused_;
-    return "?;";
+    if (!answer) {
+        ++refused_;
+        return "?;";
+    }
+    ++commands_;
+    return *answer;
 }
 
 QString SimRig::stateLine() const

@@ -9,9 +9,11 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QMainWindow>
+#include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -37,8 +39,21 @@ struct Host {
         return panel->openWaveFile(WavTestFile::writeMono16(dir.file(name), samples), false)
             && ended.wait(20000);
     }
-    // Ten seconds of 1000 Hz at half scale: 26 whole buffers.
-    bool playTone() { return play("tone.wav", WavTestFile::tone(1000, 0.5, 220500)); }
+    bool playFile(const QString& path)
+    {
+        QSignalSpy ended(&panel->capture(), &WaveCapture::ended);
+        return panel->openWaveFile(path, false) && ended.wait(20000);
+    }
+    // Ten seconds of `frequency` at half scale: 26 whole buffers once at 22050 samples/s.
+    bool playTone(double frequency = 1000, int rate = 22050)
+    {
+        return playFile(WavTestFile::writeMono16(dir.file(QStringLiteral("tone%1.wav").arg(rate)),
+            WavTestFile::tone(frequency, 0.5, rate * 10, rate), rate));
+    }
+    QStringList texts() const
+    {
+        return { text("lblFreq"), text("lblMax"), text("lblMaxHold"), text("Label23") };
+    }
 
     TempDir dir;
     RecordingPrompts prompts;
@@ -143,5 +158,53 @@ TEST(SpectrumPanel, UnreadableWaveFileGivesOneMessage)
     Host h;
     h.dir.write("bad.wav", "not a wave file at all");
     EXPECT_FALSE(h.panel->openWaveFile(h.dir.file("bad.wav")));
-    EXPECT_EQ(h.prompts.shown, QStringList { "The file " + h.dir.file("bad.wav") + " is not a wave file." });
+    ASSERT_EQ(h.prompts.shown.size(), 1);
+    EXPECT_TRUE(h.prompts.shown[0].startsWith("The file " + h.dir.file("bad.wav") + " is not a recording"))
+        << h.prompts.shown[0].toStdString();
+}
+
+// Recordings at 44.1 and 48 kHz look as the same sound at the monitor's own 22050 samples/s:
+// a tone the sound card could not have passed shows nothing (the old reader folded 15 kHz
+// down to a "36 dB anl" carrier), a tone below shows the same texts.
+TEST(SpectrumPanel, RecordingsAtOtherRatesShowWhatTheSoundCardWould)
+{
+    Host reference;
+    ASSERT_TRUE(reference.playTone(1000, 22050));
+    const QStringList at22050 = reference.texts();
+    EXPECT_EQ(at22050[0], "500 Hz");
+    for (const int rate : { 44100, 48000 }) {
+        SCOPED_TRACE(rate);
+        Host h;
+        ASSERT_TRUE(h.playTone(1000, rate));
+        EXPECT_EQ(h.texts(), at22050);
+        Host high;
+        ASSERT_TRUE(high.playTone(15000, rate));
+        EXPECT_EQ(high.text("lblMax"), "0 dB anl");
+        EXPECT_EQ(high.text("lblMaxHold"), "0");
+    }
+}
+
+TEST(SpectrumPanel, FlacRecordingPlays)
+{
+    const QString sox = QStandardPaths::findExecutable("sox");
+    if (sox.isEmpty())
+        GTEST_SKIP() << "sox not installed";
+    Host h;
+    const QString flac = h.dir.file("tone.flac");
+    ASSERT_EQ(QProcess::execute(sox,
+                  { "-n", "-r", "44100", "-c", "1", "-b", "16", flac, "synth", "10", "sine", "1000", "vol",
+                      "0.5" }),
+        0);
+    ASSERT_TRUE(h.playFile(flac));
+    EXPECT_EQ(h.text("lblFreq"), "500 Hz");
+    EXPECT_NEAR(number(h.text("lblMax")), 33, 1);
+    EXPECT_TRUE(h.prompts.shown.isEmpty()) << h.prompts.shown.join(" | ").toStdString();
+}
+
+TEST(SpectrumPanel, BackFromARecordingToTheSoundCard)
+{
+    Host h("No Such Card");
+    ASSERT_TRUE(h.playTone());
+    h.panel->useSoundCard();
+    EXPECT_EQ(h.prompts.shown, QStringList { "The sound input device \"No Such Card\" was not found." });
 }

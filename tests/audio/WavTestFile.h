@@ -43,22 +43,23 @@ inline QByteArray pcm16(const QVector<qint16>& samples)
     return b;
 }
 
-// round(amplitude * 32767 * sin(2 pi f n / rate)) for n = 0..count-1, at 22050 samples/s.
-inline QVector<qint16> tone(double frequency, double amplitude, int count)
+// round(amplitude * 32767 * sin(2 pi f n / rate)) for n = 0..count-1, at 22050 samples/s
+// unless another rate is given.
+inline QVector<qint16> tone(double frequency, double amplitude, int count, int rate = 22050)
 {
     QVector<qint16> out(count);
     for (int n = 0; n < count; ++n)
         out[n] = static_cast<qint16>(
-            std::lround(amplitude * 32767.0 * std::sin(2.0 * std::numbers::pi * frequency * n / 22050)));
+            std::lround(amplitude * 32767.0 * std::sin(2.0 * std::numbers::pi * frequency * n / rate)));
     return out;
 }
 
-// Writes a 16-bit mono file at 22050 samples/s; returns its path.
-inline QString writeMono16(const QString& path, const QVector<qint16>& samples)
+// Writes a 16-bit mono file at 22050 samples/s (or the given rate); returns its path.
+inline QString writeMono16(const QString& path, const QVector<qint16>& samples, quint32 rate = 22050)
 {
     QFile f(path);
     if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        f.write(build(1, 1, 22050, 16, pcm16(samples)));
+        f.write(build(1, 1, rate, 16, pcm16(samples)));
     return path;
 }
 } // namespace WavTestFile

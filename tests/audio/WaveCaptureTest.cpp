@@ -90,7 +90,7 @@ TEST(WaveCapture, FailuresAreShownOnceUntilAStartSucceeds)
     EXPECT_EQ(c.capture.StartWaveInput(), WaveStatus::Error);
     ASSERT_EQ(c.prompts.shown.size(), 1);
     EXPECT_TRUE(
-        c.prompts.shown[0].startsWith("The wave file " + c.dir.file("gone.wav") + " could not be opened"));
+        c.prompts.shown[0].startsWith("The recording " + c.dir.file("gone.wav") + " could not be opened"));
     c.useFile("good.wav");
     EXPECT_EQ(c.capture.StartWaveInput(), WaveStatus::Ok);
     c.capture.StopWaveInput();

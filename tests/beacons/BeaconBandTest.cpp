@@ -36,7 +36,10 @@ TEST(BeaconBand, KilohertzTextBecomesTheRigCounter)
     for (const char* bad : { "", "144 MHz", "-144" })
         EXPECT_FALSE(BeaconCounterFor(bad).has_value()) << bad;
 
-    EXPECT_FALSE(BeaconTuningFor("70021").has_value());
+    // 4 m has no band button: the rig still takes the frequency, the band stays.
+    const std::optional<BeaconTuning> fourMetres = BeaconTuningFor("70021");
+    EXPECT_TRUE(fourMetres && !fourMetres->band && fourMetres->counter == 7002100);
     const std::optional<BeaconTuning> odd = BeaconTuningFor("144xyz"); // the band follows, not the QRG
-    EXPECT_TRUE(odd && odd->band.vhfOption == 2 && !odd->counter);
+    EXPECT_TRUE(odd && odd->band && odd->band->vhfOption == 2 && !odd->counter);
+    EXPECT_FALSE(BeaconTuningFor("xyz").has_value());
 }

@@ -2,11 +2,16 @@
 // coordinates included.
 #include "beacons/BeaconMapData.h"
 #include "beacons/BeaconMapExport.h"
+#include "logbook/db/DatabaseFile.h"
 #include "logbook/db/LogbookSchema.h"
+#include "logbook/db/SeedData.h"
 #include "mapexport/MapViewer.h"
 #include "tests/beacons/BeaconDb.h"
 #include "tests/mapexport/KmlCheck.h"
 
+#include <QRegularExpression>
+#include <QDir>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 namespace {
@@ -125,4 +130,60 @@ TEST(BeaconGEB, ShortNamesAndTableTroubleAreReportedAndKeepTheOldFile)
     EXPECT_TRUE(error.startsWith("Error ") && error.endsWith(") in procedure GeB_Click of Formular form1"));
     EXPECT_EQ(f.file(), "previous");
     EXPECT_TRUE(f.viewer.opened.isEmpty());
+}
+
+TEST(BeaconGEB, NewDatabaseMapsEveryStarterBeaconWithoutGD)
+{
+    BeaconFixture f;
+    const QString path = f.dir.file("new.db");
+    ASSERT_TRUE(DatabaseFile::create(path));
+    f.station.dbConnection = path;
+    f.station.homeCoords = "9.16666666666667,48.9166666666667";
+    RecordingMapViewer viewer;
+    const BeaconExportOutcome out = GeB_Click(f.station, {}, viewer);
+    ASSERT_EQ(out.status, Status::Written) << out.message.toStdString();
+    const int starters = int(SeedData::beacons().size());
+    EXPECT_EQ(out.records, starters);
+    // Every placemark but home carries a point and its description.
+    const QString kml = QString::fromUtf8(f.dir.read("earth.kml"));
+    const QRegularExpression point(QStringLiteral(
+        "<description>Beacon:[^<]+</description>.*?<coordinates>-?[0-9.]+,-?[0-9.]+</coordinates>"));
+    EXPECT_EQ(kml.count(point), starters);
+    EXPECT_EQ(kml.count(QStringLiteral("<coordinates></coordinates>")), 0);
+}
+
+TEST(BeaconGEB, SaysWhereTheMapIsWhenNoViewerStartsAndNamesTheFileWhenItCannotBeWritten)
+{
+    MapFixture f;
+    const QString folder = QDir::toNativeSeparators(QFileInfo(f.dir.path()).absoluteFilePath());
+    f.viewer.opens = false;
+    ASSERT_EQ(f.export_().status, Status::Written);
+    EXPECT_EQ(f.prompts.shown,
+        QStringList { "The map was written to earth.kml in " + folder
+            + ", but no program to show it could be started. Open it in Google Earth or another globe "
+              "viewer, or register one for .kml files." });
+
+    // a folder where the file should go
+    f.prompts.shown.clear();
+    ASSERT_TRUE(QFile::remove(f.dir.file("earth.kml")) && QDir(f.dir.path()).mkdir("earth.kml"));
+    EXPECT_EQ(f.export_().status, Status::Failed);
+    ASSERT_EQ(f.prompts.shown.size(), 1);
+    EXPECT_TRUE(
+        f.prompts.shown[0].startsWith("Error 75 (Path/File access error: earth.kml in " + folder + ": "))
+        << f.prompts.shown[0].toStdString();
+    EXPECT_TRUE(f.prompts.shown[0].endsWith(") in procedure GeB_Click of Formular form1"));
+}
+
+TEST(BeaconGEB, WithoutAHomeTheMapHasNoHomePointAndNoLines)
+{
+    MapFixture f;
+    GD(f.station, "");
+    f.station.lineBeacons = true;
+    f.station.homeCoords.clear(); // what an invalid own locator leaves
+    ASSERT_EQ(f.export_().status, Status::Written);
+    const QByteArray kml = f.file();
+    EXPECT_EQ(kml.count("<Placemark>"), 4) << kml.toStdString();
+    EXPECT_FALSE(kml.contains("<name> N0CALL</name>"));
+    EXPECT_FALSE(kml.contains("LineString"));
+    EXPECT_EQ(XmlLintErrors(f.dir.file("earth.kml")), "");
 }

@@ -32,7 +32,8 @@ struct PanelFixture : BeaconFixture {
             return 42;
         };
         h.followBand = [this](const BeaconTuning& t) {
-            calls << QStringLiteral("band %1 %2").arg(t.band.value).arg(t.counter.value_or(-1));
+            calls
+                << QStringLiteral("band %1 %2").arg(t.band ? t.band->value : "-").arg(t.counter.value_or(-1));
         };
         h.turnTo = [this](int degrees) { calls << "turn " + QString::number(degrees); };
         panel.resize(700, 400);
@@ -168,7 +169,8 @@ TEST(BeaconPanel, ChoosingARowAimsTunesAndTurnsInThatOrder)
     EXPECT_TRUE(locator->hasFocus());
 
     EXPECT_EQ(f.choose("D_1X"), QStringList({ "aim JN58TD", "band 144 1440000", "turn 42" })); // 1440: 144
-    EXPECT_EQ(f.choose("G4ABC"), QStringList({ "aim IO91WM", "turn 42" })); // 70021: the band stays
+    // 70021: no band button, the band stays and the rig takes the frequency.
+    EXPECT_EQ(f.choose("G4ABC"), QStringList({ "aim IO91WM", "band - 7002100", "turn 42" }));
 }
 
 TEST(BeaconPanel, NewEntryNeedsABandEnterMovesOnAndABadLocatorKeepsTheFocus)
@@ -257,6 +259,7 @@ TEST(BeaconPanel, MapButtonsUseTheNameFilter)
     f.button("BeMon")->click();
     f.button("GD")->click();
     EXPECT_EQ(f.prompts.shown, QStringList({ "3 Dataset from Tarnwick backup.mdB imported" }));
+    f.station.homeCoords = QStringLiteral("9.16666666666667,48.9166666666667"); // as the start-up leaves it
     f.button("GEB")->click();
     EXPECT_EQ(f.viewer.opened, QStringList({ "earth.kml" }));
     EXPECT_EQ(f.dir.read("earth.kml").count("<Placemark><name>"), 1 + 3);

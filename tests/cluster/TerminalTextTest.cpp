@@ -6,21 +6,26 @@
 TEST(TerminalText, LineEndsBackspaceAndControls)
 {
     const std::pair<QList<QByteArray>, QStringList> cases[] = {
-        // CR, LF and CR LF each start one line; LF CR is two line ends.
-        { { "a\rb\nc\r\nd" }, { "a", "b", "c", "d" } },
-        { { "a\r\n\r\nb" }, { "a", "", "b" } },
-        { { "a\n\rb" }, { "a", "", "b" } },
+        // CR, LF, CR LF and LF CR each start one line.
+        { { "a\rb\nc\r\nd" }, { "a", "b", "c", "d" } }, { { "a\r\n\r\nb" }, { "a", "", "b" } },
+        { { "a\n\rb\n\r\n\rc" }, { "a", "b", "", "c" } }, { { "a\r\rb\n\nc" }, { "a", "", "b", "", "c" } },
         { { "end\r\n" }, { "end", "" } },
         // CR at the end of one chunk and LF at the start of the next are still one line end.
         { { "a\r", "", "\nb\r", "x" }, { "a", "b", "x" } },
         // Backspace removes the character before the caret, never reaching over a line start.
-        { { "HELLX\bO" }, { "HELLO" } },
-        { { "AB\b\b\bC" }, { "C" } },
-        { { "ABX", "\b", "C" }, { "ABC" } },
+        { { "HELLX\bO" }, { "HELLO" } }, { { "AB\b\b\bC" }, { "C" } }, { { "ABX", "\b", "C" }, { "ABC" } },
         { { "AB\r\n\b\bC" }, { "AB", "C" } },
-        // Each byte is one Latin-1 character; other controls are not shown.
-        { { "Gr\xfc\xdf" }, { QString::fromLatin1("Gr\xfc\xdf") } },
-        { { QByteArray("a\x07\x1b[0mb\x7f\tc\0d", 12) }, { "a[0mb\tcd" } },
+        // Valid UTF-8 is decoded, also when a read cuts a character; other bytes are Latin-1.
+        { { "Gr\xc3\xbc\xc3\x9f \xe2\x82\xac \xf0\x9f\x93\xa1" }, { QStringLiteral("Grüß € 📡") } },
+        { { "Gr\xc3", "\xbc\xc3", "\x9f" }, { QStringLiteral("Grüß") } },
+        { { "Gr\xfc\xdf e" }, { QStringLiteral("Grüß e") } },
+        { { "\xc3(\xe0\x80\xaf\x85!" }, { QStringLiteral("Ã(à¯!") } }, // broken, overlong, C1
+        { { "Gr\xc3\r\n" }, { QStringLiteral("GrÃ"), "" } },
+        // ANSI sequences, bells and other controls are not shown, wherever a read cuts them.
+        { { QByteArray("a\x07\x1b[0mb\x7f\tc\0d", 12) }, { "ab\tcd" } },
+        { { "\x1b[1;31mDX de\x1b[0m K1TTT:", "\x1b[1;3", "2mX\x1b[K\x1b]0;node\x07!" },
+            { "DX de K1TTT:X!" } },
+        { { "a\x1b[1;3\r\nb" }, { "a", "b" } }, // a sequence cut short by a line end
     };
     for (const auto& [chunks, lines] : cases) {
         TerminalText t;

@@ -180,6 +180,25 @@ TEST(StationConfig, DamagedFilesGiveOneClearMessageAndAUsableTable)
     }
 }
 
+TEST(StationConfig, ADamagedFileIsReportedOnceHoweverOftenItIsReadAndNamesItsFolder)
+{
+    Fixture f;
+    f.dir.write("Kestrel.txt", "fast\r\n-1\r\n0\r\n\"a\"\r\n\"b\"\r\n");
+    for (int window = 0; window < 5; ++window) // the main window, then each window that reloads it
+        LoadStationConfig(f.station);
+    ASSERT_EQ(f.prompts.shown.size(), 1);
+    const QString folder = QDir::toNativeSeparators(QFileInfo(f.dir.path()).absoluteFilePath());
+    EXPECT_TRUE(
+        f.prompts.shown[0].startsWith("Kestrel.txt in " + folder + ": some settings could not be read"))
+        << f.prompts.shown[0].toStdString();
+
+    // another fault in the same run is told
+    f.dir.write("Kestrel.txt", "2\r\nslow\r\n");
+    LoadStationConfig(f.station);
+    ASSERT_EQ(f.prompts.shown.size(), 2);
+    EXPECT_TRUE(f.prompts.shown[1].contains("line 2: \"slow\""));
+}
+
 TEST(StationConfig, UnwritableSaveTellsTheUserAndKeepsTheOldFile)
 {
     Fixture f;
@@ -192,7 +211,8 @@ TEST(StationConfig, UnwritableSaveTellsTheUserAndKeepsTheOldFile)
     if (saved)
         GTEST_SKIP() << "running with permission to write everywhere (root)";
     ASSERT_EQ(f.prompts.shown.size(), 1);
-    EXPECT_TRUE(f.prompts.shown[0].startsWith("The settings could not be saved to Kestrel.txt"));
+    EXPECT_TRUE(f.prompts.shown[0].startsWith("The settings could not be saved to Kestrel.txt in "
+        + QDir::toNativeSeparators(QFileInfo(f.dir.path()).absoluteFilePath()) + " ("));
     EXPECT_EQ(f.dir.read("Kestrel.txt"), before);
 }
 

@@ -34,6 +34,7 @@ TEST(OutputLines, RoutesPortZeroLines16_18_19AndIgnoresTheRest)
     auto [lines, key, up, down] = std::tie(r.lines, r.key, r.up, r.down);
     lines.UsbSetIODir(0, 19, 1);
     lines.UsbSetIOState(0, 19, 1);
+    lines.UsbSetIOState(0, 19, 0);
     lines.UsbSetIOState(0, 18, 1);
     lines.UsbSetIOState(0, 16, 1);
     lines.UsbSetIOState(0, 16, 0);
@@ -43,7 +44,7 @@ TEST(OutputLines, RoutesPortZeroLines16_18_19AndIgnoresTheRest)
 
     EXPECT_EQ(up->outputCalls(), 1);
     EXPECT_EQ(down->outputCalls(), 0);
-    ASSERT_EQ(up->edges().size(), 1u);
+    ASSERT_EQ(up->edges().size(), 2u);
     EXPECT_TRUE(up->edges()[0].on);
     ASSERT_EQ(down->edges().size(), 1u);
     ASSERT_EQ(key->edges().size(), 2u);
@@ -59,7 +60,7 @@ TEST(OutputLines, DefaultIsNoneAndEveryCallSucceedsSilently)
     EXPECT_EQ(lines->line(OutputLines::Role::Key).description(), QString("none"));
     lines->UsbSetIODir(0, 16, 1);
     lines->UsbSetIOState(0, 16, 1);
-    EXPECT_TRUE(lines->line(OutputLines::Role::Up).setState(true));
+    EXPECT_TRUE(lines->UsbSetIOState(0, 19, 1));
 }
 
 TEST(OutputLines, BackendsThatCannotBeHadAreNamedAndLeaveTheLineSilent)
@@ -91,5 +92,5 @@ TEST(OutputLines, SerialLinesShareTheirPortAndSayWhenItHasNoControlLines)
     ASSERT_EQ(lines->problems().size(), 1); // one port, opened once
     EXPECT_TRUE(lines->problems()[0].contains("no DTR/RTS control lines"))
         << lines->problems()[0].toStdString();
-    EXPECT_FALSE(lines->line(OutputLines::Role::Key).setState(true));
+    EXPECT_FALSE(lines->UsbSetIOState(0, 16, 1));
 }

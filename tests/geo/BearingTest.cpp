@@ -157,3 +157,50 @@ TEST(Bearing, ShowBearingAndDistanceCompletesChecksAndKeepsTheCoordinates)
     EXPECT_EQ(prompts.shown, QStringList{"Invalid Gridlocator:"});
     EXPECT_EQ(station.coordText, "kept");
 }
+
+TEST(Bearing, ABadOwnLocatorGivesItsMessageAndNoResult)
+{
+    const QString where = "Set it in Initial (menu), box MyGrid: 4, 6, 8 or 10 characters such as JO31 or "
+                          "JO31MM; 4 characters stand for the HH subsquare.";
+    const std::pair<const char*, QString> cases[] = {
+        { "", "Your own locator is not set, so no heading or distance can be worked out. " + where },
+        { "JO31H",
+            "Your own locator \"JO31H\" is not valid, so no heading or distance can be worked out. "
+                + where },
+        { "JO31HH ",
+            "Your own locator \"JO31HH \" is not valid, so no heading or distance can be worked out. "
+                + where },
+        { "JO31HHH",
+            "Your own locator \"JO31HHH\" is not valid, so no heading or distance can be worked out. "
+                + where },
+    };
+    for (const auto& [own, message] : cases) {
+        RecordingPrompts prompts;
+        Station station(prompts);
+        station.settings.setText(Setting::MyLocator, QString::fromLatin1(own));
+        station.homeLon = 7.0;
+        station.coordText = "kept";
+        const BearingOutcome o = ShowBearingAndDistance(station, "JO32");
+        EXPECT_FALSE(o.ok) << own;
+        EXPECT_EQ(o.line, QString()) << own;
+        EXPECT_EQ(o.targetText, "JO32HH");
+        EXPECT_EQ(prompts.shown, QStringList { message }) << own;
+        EXPECT_EQ(station.homeLon, 7.0);
+        EXPECT_EQ(station.coordText, "kept");
+    }
+}
+
+TEST(Bearing, AFourCharacterOwnLocatorStandsForItsHHSubsquare)
+{
+    RecordingPrompts prompts;
+    Station station(prompts);
+    station.settings.setText(Setting::MyLocator, "jo31");
+    EXPECT_EQ(Locator::own("jo31"), std::optional<QString>("JO31HH"));
+    EXPECT_EQ(Locator::own("JO31MM22"), std::optional<QString>("JO31MM22"));
+    const BearingOutcome o = ShowBearingAndDistance(station, "JO32HH");
+    ASSERT_TRUE(o.ok);
+    EXPECT_TRUE(o.line.startsWith(QString::fromUtf8("JO31HH -> JO32HH QTF: 0.0\u00B0 / 180.0\u00B0")))
+        << o.line.toStdString();
+    EXPECT_DOUBLE_EQ(station.homeLon, 6 + 7.0 / 12);
+    EXPECT_DOUBLE_EQ(station.homeLat, 51 + 7.0 / 24);
+}

@@ -58,3 +58,36 @@ TEST(GpsSim, AMultiSystemReceiverInTheSouthWest)
     runAgainstSim({ "--gps-position", "-22.9068,-43.1729", "--gps-talker", "GN" },
         "GG87JC   22.906800° S  43.172900° W", "22.9068", "S", "43.1729");
 }
+
+// Receivers that send their fix before the RMC, paced at their line's speed: the take-over
+// button is usable within two seconds of starting; u-blox's four systems are all shown.
+TEST(GpsSim, ReceiverProfilesShowTheirFixAndEverySystem)
+{
+    const struct {
+        const char* profile;
+        QString used;
+    } cases[] = {
+        { "mtk", "GPS 2 5 7 9 13 15 20 30" },
+        { "sirf", "GPS 2 5 7 9 13 15 20 30" },
+        { "ublox",
+            "GPS 1 3 5 7 9 11 13 15 17 19 21 23 25\nGLONASS 65 67 69 71 73 75 77 79 81 83 85 87\n"
+            "Galileo 1 3 5 7 9 11 13 15 17 19 21 23\nBeiDou 1 3 5 7 9 11 13 15 17 19 21" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.profile);
+        TempDir dir;
+        SimProcess sim(dir.path(), { "--gps-profile", c.profile });
+        ASSERT_TRUE(sim.ready()) << sim.errors().toStdString();
+        RecordingPrompts prompts;
+        Station station(prompts);
+        Form4 window(station);
+        auto* take = window.findChild<QPushButton*>(QStringLiteral("cmdMyLocator"));
+        window.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return take->isEnabled(); }, 2000));
+        auto* used = window.findChild<QLabel*>(QStringLiteral("lblUsedSystems"));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return used->text() == c.used; }, 2000))
+            << used->text().toStdString();
+        EXPECT_EQ(
+            window.findChild<QLabel*>(QStringLiteral("Grid"))->text(), "JN48TH   48.312500° N  9.625000° E");
+    }
+}

@@ -2,6 +2,7 @@
 #include "core/StationConfig.h"
 #include "devices/link/QtSerialLink.h"
 #include "sim/pty/PtyPair.h"
+#include "tests/gps/NmeaStreams.h"
 #include "tests/gps/PrintQString.h"
 #include "tests/support/TempDir.h"
 #include "ui/gps/Form4.h"
@@ -115,25 +116,26 @@ TEST_F(GpsWindow, SentencesInOneReadAreAllDecoded)
             + "\n[1 40 83 46] [2 17 308 41] [12 7 344 39] [14 22 228 45]");
 }
 
-TEST_F(GpsWindow, NoFixUntilGsaReportsOne)
+TEST_F(GpsWindow, TheFixComesFromGsaAndFromRmcOrGgaWithoutOne)
 {
     start();
     ASSERT_TRUE(sendAndWait("$GPRMC,235947,V,,,,,,,,,*3F\r\n", "txtUT", "23:59:47"));
     EXPECT_EQ(text("txtRW"), "V");
     EXPECT_EQ(grid(), "GPS NO FIX");
-    ASSERT_TRUE(sendAndWait(kRmc, "txtRW", "A"));
-    EXPECT_EQ(grid(), "GPS NO FIX");
     EXPECT_FALSE(imageShown());
-
-    ASSERT_TRUE(sendAndWait("$GPGSA,A,2,17,22*37\r\n", "txtMO", "2D-Fix"));
+    // A receiver that sends no GSA: its valid RMC is a fix without height.
+    ASSERT_TRUE(sendAndWait(kRmc, "txtRW", "A"));
     EXPECT_EQ(grid(), "JN58SC   48.117300° N  11.516667° E");
     EXPECT_EQ(child<QLabel>("Grid")->palette().color(QPalette::WindowText), QColor(255, 255, 0));
     EXPECT_TRUE(imageShown());
+
     ASSERT_TRUE(sendAndWait(kGsa3, "txtMO", "3D-Fix"));
     EXPECT_EQ(child<QLabel>("Grid")->palette().color(QPalette::WindowText), QColor(0, 255, 0));
     expectBoxes({ { "txtASM", "A" }, { "txtSat1", "4" }, { "txtSat3", "" }, { "txtSat8", "24" },
         { "txtSat12", "" }, { "txtPDOP", "2.5" }, { "txtHDOP", "1.3" }, { "txtVDOP", "2.1" } });
+    EXPECT_EQ(child<QLabel>("lblUsedSystems")->text(), "GPS 4 5 9 12 24");
 
+    // A GSA that says there is none decides while it is fresh.
     ASSERT_TRUE(sendAndWait("$GPGSA,A,1,,,,,,,,,,,,,,,*1E\r\n", "txtMO", "No-Fix"));
     EXPECT_EQ(grid(), "GPS NO FIX");
     EXPECT_FALSE(imageShown());
@@ -193,3 +195,40 @@ TEST_F(GpsWindow, ThePositionBecomesTheOwnLocator)
     take->click();
     EXPECT_EQ(station.settings.textAt(Setting::MyLocator), "JO31HH");
 }
+
+namespace {
+class GpsWindowStream : public GpsWindow, public ::testing::WithParamInterface<QString> { };
+
+// The last line of the golden file that starts with `key`, without it.
+QString goldenLine(const QString& name, const QString& key)
+{
+    QFile golden(NmeaStreams::folder().filePath(name + QStringLiteral(".golden")));
+    if (!golden.open(QIODevice::ReadOnly))
+        return QStringLiteral("(no golden file)");
+    QString found;
+    for (const QString& line : QString::fromUtf8(golden.readAll()).split(u'\n'))
+        if (line.startsWith(key))
+            found = line.mid(key.size());
+    return found;
+}
+} // namespace
+
+// Each receiver stream through a real pseudo-terminal: the window ends with the fix and the
+// used satellites of every system that the stream's golden file holds.
+TEST_P(GpsWindowStream, ShowsTheFixAndTheUsedSatellitesOfEverySystem)
+{
+    start();
+    const NmeaStreams::Stream stream = NmeaStreams::load(GetParam());
+    ASSERT_FALSE(stream.bytes.isEmpty());
+    const QString wantGrid = goldenLine(GetParam(), QStringLiteral("grid: "));
+    const QString wantUsed = goldenLine(GetParam(), QStringLiteral("used: "))
+                                 .replace(QStringLiteral(" | "), QStringLiteral("\n"));
+    ASSERT_TRUE(pty.write(stream.bytes));
+    auto* used = child<QLabel>("lblUsedSystems");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return grid() == wantGrid && used->text() == wantUsed; }, 3000))
+        << grid().toStdString() << " / " << used->text().toStdString();
+    EXPECT_EQ(child<QPushButton>("cmdMyLocator")->isEnabled(), wantGrid != u"GPS NO FIX");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Streams, GpsWindowStream, ::testing::ValuesIn(NmeaStreams::names()), NmeaStreams::testName);

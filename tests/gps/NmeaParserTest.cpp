@@ -86,6 +86,11 @@ TEST(NmeaParser, ShortGsaYieldsWhatItHolds)
     ASSERT_TRUE(ParseGSA("$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5*38", a));
     EXPECT_DOUBLE_EQ(a.pdop, 2.5);
     EXPECT_DOUBLE_EQ(a.hdop, 8.8);
+    EXPECT_EQ(a.systemId, 0);
+    // NMEA 4.10 names the satellite system after the dilutions.
+    ASSERT_TRUE(ParseGSA("$GNGSA,A,3,65,66,72,81,88,,,,,,,,1.32,0.78,1.06,2*05", a));
+    EXPECT_EQ(a.systemId, 2);
+    EXPECT_DOUBLE_EQ(a.vdop, 1.06);
 }
 
 TEST(NmeaParser, GsvFillsTheTablesOfOneCycle)
@@ -97,19 +102,20 @@ TEST(NmeaParser, GsvFillsTheTablesOfOneCycle)
     EXPECT_EQ(v.snr[4], 45); // the last field, before the checksum
     // Message 2 fills slots 5 to 8; a satellite without SNR leaves that entry empty.
     ASSERT_TRUE(ParseGSV("$GPGSV,2,2,08,15,12,050,,17,60,190,33,22,33,250,40,24,05,010,*7A", v));
-    EXPECT_EQ(v.prn, (SatelliteTable { std::nullopt, 1, 2, 12, 14, 15, 17, 22, 24 }));
-    EXPECT_EQ(v.snr, (SatelliteTable { std::nullopt, 46, 41, 39, 45, std::nullopt, 33, 40 }));
+    EXPECT_EQ(v.prn, (GsvTable { std::nullopt, 1, 2, 12, 14, 15, 17, 22, 24 }));
+    EXPECT_EQ(v.snr, (GsvTable { std::nullopt, 46, 41, 39, 45, std::nullopt, 33, 40 }));
     EXPECT_EQ(v.azimuth[8], 10);
     // A new cycle empties the tables first; NMEA 4.10's signal number after the groups is no
     // satellite.
     ASSERT_TRUE(ParseGSV("$GPGSV,3,1,11,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45,1*61", v));
     EXPECT_EQ(v.satellitesInView, 11);
-    EXPECT_EQ(v.prn, (SatelliteTable { std::nullopt, 1, 2, 12, 14 }));
-    // Message 4 has no slot: the counts change, the tables do not.
+    EXPECT_EQ(v.prn, (GsvTable { std::nullopt, 1, 2, 12, 14 }));
+    // Satellites past the twelfth have their slots too: message 4 fills slot 13.
     ASSERT_TRUE(ParseGSV("$GLGSV,4,4,13,88,10,010,20*55", v));
     EXPECT_EQ(v.messageNumber, 4);
     EXPECT_EQ(v.satellitesInView, 13);
-    EXPECT_EQ(v.prn, (SatelliteTable { std::nullopt, 1, 2, 12, 14 }));
+    EXPECT_EQ(v.prn[13], 88);
+    EXPECT_EQ(v.snr[13], 20);
 }
 
 TEST(NmeaParser, EmptyFieldsKeepTheirPlaces)

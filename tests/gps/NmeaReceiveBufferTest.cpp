@@ -26,14 +26,19 @@ QString cut(NmeaReceiveBuffer& b, const QByteArray& bytes)
 }
 } // namespace
 
-TEST(NmeaReceiveBuffer, CutsEachTypeInItsOrderFromAnyTalker)
+TEST(NmeaReceiveBuffer, CutsEverySentenceInArrivalOrderFromAnyTalker)
 {
     const std::pair<QByteArray, QString> cases[] = {
         { kRmc + "\r\n" + kGga + "\r\n$GPGSA,A,1*00\r\n" + kGsv + "\r\n$GPRMC,1234",
             "GP RMC | GP GGA | GP GSA | GP GSV || $GPRMC,1234" },
-        // The types are looked for in their order: a GGA before an RMC in one read goes with it.
-        { kGga + "\r\n" + kRmc + "\r\n", "GP RMC || " },
+        // A receiver that sends its fix before the RMC (MediaTek, SiRF): nothing is thrown away.
+        { kGga + "\r\n$GPGSA,A,1*00\r\n" + kGsv + "\r\n" + kRmc + "\r\n",
+            "GP GGA | GP GSA | GP GSV | GP RMC || " },
         { kGsv + "\r\n" + kGsv2 + "\r\n", "GP GSV | GP GSV || " },
+        // Lines ending in LF alone.
+        { kGga + "\n" + kRmc + "\n", "GP GGA | GP RMC || " },
+        // A sentence cut short and run into the next: the line's last "$" starts the sentence.
+        { kGga.left(30) + kRmc + "\r\n", "GP RMC || " },
         { "$GNRMC,x*00\r\n$BDGGA,w*00\r\n$GAGSA,z*00\r\n$GLGSV,y*00\r\n$GBGSV,v*00\r\n$QZRMC,u*00\r\n$GPVTG,"
           "t*00\r\n",
             "GN RMC | BD GGA | GA GSA | GL GSV | GB GSV || " },

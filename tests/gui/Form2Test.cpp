@@ -131,19 +131,50 @@ TEST(Form2, EnterMovesFromCallsignToLocatorToDone)
     EXPECT_TRUE(d.isVisible());
 }
 
-TEST(Form2, DoneWithAFiveCharacterLocatorSavesNothing)
+TEST(Form2, DoneWithABadLocatorTakesNothingOverAndSavesNothing)
+{
+    for (const char* refused : { "JO31H", "", "JO31HH " }) {
+        Form2Fixture f;
+        Form2& d = f.open();
+        const QByteArray before = f.dir.read(QStringLiteral("Kestrel.txt"));
+        f.edit("text3")->setText(QStringLiteral("DL0XYZ"));
+        f.edit("text4")->setText(QLatin1String(refused));
+        f.field<QCheckBox>("Checkcom2")->setChecked(false);
+        QTest::mouseClick(f.field<QPushButton>("Command1"), Qt::LeftButton);
+        EXPECT_EQ(f.prompts.shown, QStringList { QStringLiteral("Invalid Gridlocator:") }) << refused;
+        EXPECT_TRUE(f.station.locatorInvalid);
+        EXPECT_EQ(f.dir.read(QStringLiteral("Kestrel.txt")), before);
+        // the station keeps its own values: nothing of the dialog reached it
+        EXPECT_EQ(f.station.settings.textAt(Setting::MyLocator), QStringLiteral("JN48TH"));
+        EXPECT_EQ(f.station.settings.textAt(Setting::MyCall), QStringLiteral("N0CALL"));
+        EXPECT_EQ(f.station.myLocator, QStringLiteral("JN48TH"));
+        EXPECT_EQ(f.station.settings.intAt(Setting::Com2Used), 1);
+        EXPECT_TRUE(d.isVisible());
+        EXPECT_TRUE(f.form->isPortOpen(2));
+    }
+}
+
+TEST(Form2, EnterOnTheFocusedDonePressesItButNotInTheCallsignBox)
 {
     Form2Fixture f;
     Form2& d = f.open();
-    const QByteArray before = f.dir.read(QStringLiteral("Kestrel.txt"));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&d));
     f.edit("text3")->setText(QStringLiteral("DL0XYZ"));
-    f.edit("text4")->setText(QStringLiteral("JO31H"));
-    QTest::mouseClick(f.field<QPushButton>("Command1"), Qt::LeftButton);
-    EXPECT_EQ(f.prompts.shown, QStringList { QStringLiteral("Invalid Gridlocator:") });
-    EXPECT_TRUE(f.station.locatorInvalid);
-    EXPECT_EQ(f.dir.read(QStringLiteral("Kestrel.txt")), before);
+    f.edit("text3")->setFocus();
+    QTest::keyClick(f.edit("text3"), Qt::Key_Return);
     EXPECT_TRUE(d.isVisible());
-    EXPECT_TRUE(f.form->isPortOpen(2));
+    EXPECT_EQ(f.configLines()[5], QByteArray("\"N0CALL\""));
+
+    for (Qt::Key key : { Qt::Key_Return, Qt::Key_Enter }) {
+        f.form->showWindow(QStringLiteral("mnuInitial"));
+        f.edit("text3")->setText(key == Qt::Key_Return ? QStringLiteral("DL0XYZ") : QStringLiteral("DL0ABC"));
+        auto* done = f.field<QPushButton>("Command1");
+        done->setFocus();
+        QTest::keyClick(done, key);
+        EXPECT_FALSE(d.isVisible()) << key;
+        EXPECT_EQ(
+            f.configLines()[5], key == Qt::Key_Return ? QByteArray("\"DL0XYZ\"") : QByteArray("\"DL0ABC\""));
+    }
 }
 
 TEST(Form2, UntickingCom2AndDoneClosesThatPortAndSavesZero)

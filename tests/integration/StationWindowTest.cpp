@@ -11,6 +11,7 @@
 #include "ui/form1/Form1.h"
 #include "ui/spectrum/SpectrumPanel.h"
 
+#include <QAction>
 #include <QLabel>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
@@ -52,6 +53,14 @@ TEST(StationWindow, RecordedToneShowsItsFrequencyAndLevelOnTheMainWindow)
     EXPECT_EQ(s.text("lblMax"), "33 dB anl");
     // Without a sound card the only message is the missing input, at most once.
     EXPECT_LE(s.prompts.shown.size(), 1);
+
+    // The menu's way back from the recording opens the sound card named in Kestrel.ini.
+    ExtensionSettings::setValue(ExtensionKey::AudioDevice, QStringLiteral("No Such Card"));
+    auto* soundCard = s.form->findChild<QAction*>(QStringLiteral("mnuSoundCard"));
+    ASSERT_TRUE(soundCard);
+    s.prompts.shown.clear();
+    soundCard->trigger();
+    EXPECT_EQ(s.prompts.shown, QStringList { "The sound input device \"No Such Card\" was not found." });
 }
 
 TEST(StationWindow, EveryMenuWindowOpensOnceAgainstTheSimulatedStation)

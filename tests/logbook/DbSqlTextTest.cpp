@@ -62,7 +62,7 @@ TEST_F(DbSqlText, DxccLookupHasTheCallsignLeftOfLike)
     EXPECT_TRUE(none.text(2).isEmpty());
     EXPECT_EQ(none.error().number, DbErrorNumber::NoCurrentRecord);
     Recordset all = open(SqlText::DxccAll);
-    EXPECT_EQ(all.recordCount(), SeedData::dxccRows().size());
+    EXPECT_EQ(all.recordCount(), SeedData::dxccRows(SeedData::ctyText()).size());
     EXPECT_EQ(all.fieldName(1), "dxcccode");
 }
 

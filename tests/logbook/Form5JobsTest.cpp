@@ -54,12 +54,12 @@ TEST(Form5Jobs, AdifImportReportsAndExportWritesTheBand)
     Form5Fixture f(10);
     f.db.dir.write("in.adi",
         "<EOH>\n<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:4>JO62 <EOR>\n"
-        "<CALL:6>DL2ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <EOR>\n"
+        "<CALL:6>DL2ABC <TIME_ON:4>1820 <BAND:2>2m <EOR>\n"
         "<CALL:5>G4ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:3>20m <EOR>\n");
     f.form->importAdif(f.db.dir.file("in.adi"));
     ASSERT_TRUE(f.waitIdle());
     EXPECT_EQ(f.db.prompts.shown,
-        QStringList { "2 records imported from in.adi, 1 refused:\nline 3 (DL2ABC): no BAND and no FREQ" });
+        QStringList { "2 records imported from in.adi, 1 refused:\nline 3 (DL2ABC): no QSO_DATE" });
     EXPECT_EQ(f.text("DataGrid1Caption"), "1"); // the 144 MHz list
     f.form->exportAdif(f.db.dir.file("out.adi"), false);
     ASSERT_TRUE(f.waitIdle());

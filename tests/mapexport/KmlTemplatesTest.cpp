@@ -1,5 +1,6 @@
 #include "mapexport/KmlTemplates.h"
 
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 TEST(KmlTemplates, SkeletonBytes)
@@ -67,12 +68,17 @@ TEST(KmlTemplates, ValuesAreEscapedIntoSingleBytes)
 
 TEST(KmlTemplates, FillAndLineColours)
 {
-    // Alpha in upper-case hexadecimal without leading zero; the fallback is 128.
+    // Alpha as two upper-case hexadecimal digits; the fallback is 128.
     const std::pair<const char*, const char*> alphas[]
-        = { { "128", "80" }, { "255", "FF" }, { "10", "A" }, { "0", "0" }, { "", "80" }, { "x", "80" } };
+        = { { "128", "80" }, { "255", "FF" }, { "10", "0A" }, { "15", "0F" }, { "16", "10" }, { "0", "00" },
+              { "256", "FF" }, { "99999", "FF" }, { "", "80" }, { "x", "80" }, { "-3", "80" } };
     for (const auto& [transparency, alpha] : alphas)
         EXPECT_EQ(Kml::alpha(transparency), alpha) << transparency;
-    EXPECT_EQ(Kml::yellowFill("10"), "#A00ffff"); // seven hex digits, written as it is
+    for (int t = 0; t <= 300; ++t) {
+        const QString fill = Kml::yellowFill(QString::number(t));
+        EXPECT_TRUE(QRegularExpression("^#[0-9A-Fa-f]{8}$").match(fill).hasMatch()) << fill.toStdString();
+    }
+    EXPECT_EQ(Kml::yellowFill("10"), "#0A00ffff");
     EXPECT_EQ(Kml::redFill("255"), "#FF0000ff");
 
     const std::pair<const char16_t*, const char*> lines[]
@@ -81,7 +87,8 @@ TEST(KmlTemplates, FillAndLineColours)
               { u"", "#keep" } };
     for (const auto& [prop, colour] : lines)
         EXPECT_EQ(Kml::lineColourFor(prop, "#keep"), colour);
-    EXPECT_EQ(Kml::lineColourFor(u"F2", ""), "");
+    EXPECT_EQ(Kml::lineColourFor(u"F2", ""), "#ffffffff");
+    EXPECT_EQ(Kml::lineColourFor(u"", ""), "#ffffffff");
 }
 
 TEST(KmlTemplates, SquareRingAcrossZero)

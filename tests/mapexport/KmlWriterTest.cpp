@@ -48,5 +48,5 @@ TEST(KmlWriter, TransparencyIsReadOncePerExport)
     w.logRecord({ "JN48", "Log: JN48", "8.5,48.5", {}, "", "Tr" }, false);
     w.end();
     ASSERT_TRUE(file.commit());
-    EXPECT_TRUE(dir.read("earth.kml").contains("<color>#A00ffff</color>"));
+    EXPECT_TRUE(dir.read("earth.kml").contains("<color>#0A00ffff</color>"));
 }

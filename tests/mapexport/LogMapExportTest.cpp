@@ -7,6 +7,7 @@
 #include "tests/mapexport/LogDb.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -57,12 +58,13 @@ TEST(LogMapExport, GoldensWithAndWithoutLinesAndTheColourCarriedOver)
     EXPECT_TRUE(MatchesGolden("log_lines_on.kml", bytes));
     EXPECT_EQ(XmlLintErrors(f.db.dir.file("earth.kml")), "");
     EXPECT_EQ(f.db.station.lineColour, "#ff707070"); // Ms, carried over the unknown F2
-    // The unknown code on the first record after start gives an empty colour element.
+    // The unknown code on the first record after start gives KML's default colour, never an
+    // empty colour element.
     EXPECT_TRUE(
         bytes.contains("<name>IO91WM</name><description>Log: DL2XY 144 kHz  15.11.2026 18:20 rsts:59 "
                        "rstr:57 QRB:512km  QTF:87 QSL: Y Prop: QRP &amp; &lt;5W&gt; 73</description>"));
-    EXPECT_TRUE(
-        bytes.contains("</coordinates> </LineString><Style><LineStyle><color></color><width>2</width>"));
+    EXPECT_TRUE(bytes.contains(
+        "</coordinates> </LineString><Style><LineStyle><color>#ffffffff</color><width>2</width>"));
 
     const KmlShape s = ReadKml(bytes);
     EXPECT_TRUE(s.ok);
@@ -142,8 +144,16 @@ TEST(LogMapExport, NothingToShowBadInputOrAnUnwritableTargetIsReported)
     ASSERT_TRUE(QFile::remove(f.db.dir.file("earth.kml")) && QDir(f.db.dir.path()).mkdir("earth.kml"));
     f.band = "144%";
     EXPECT_EQ(f.run().status, Status::Failed);
-    EXPECT_TRUE(f.db.prompts.shown.last().startsWith("Error 75 (Path/File access error: "));
+    EXPECT_TRUE(f.db.prompts.shown.last().startsWith("Error 75 (Path/File access error: earth.kml in "
+        + QDir::toNativeSeparators(QFileInfo(f.db.dir.path()).absoluteFilePath()) + ": "))
+        << f.db.prompts.shown.last().toStdString();
     EXPECT_TRUE(f.viewer.opened.isEmpty());
+
+    // written, but nothing could show it: the operator is told where it is
+    ASSERT_TRUE(QDir(f.db.dir.path()).rmdir("earth.kml"));
+    f.viewer.opens = false;
+    EXPECT_EQ(f.run().status, Status::Written);
+    EXPECT_TRUE(f.db.prompts.shown.last().startsWith("The map was written to earth.kml in "));
 }
 
 TEST(LogMapExport, RunsInSlicesOnTheEventLoopAndCancelKeepsThePreviousFileAndColour)

@@ -1,4 +1,5 @@
 #include "core/Station.h"
+#include "geo/Locator.h"
 #include "mapexport/LogMapFields.h"
 #include "mapexport/RichtungQrb.h"
 #include "mapexport/RunCounter.h"
@@ -84,4 +85,32 @@ TEST(RichtungQrb, HomeCoordinatesOutlineAndDistance)
         EXPECT_EQ(station.coordText, "8.58333333333333,48.2916666666667") << bad;
     }
     EXPECT_FALSE(station.homeCoords.isEmpty());
+}
+
+TEST(RichtungQrb, ABadOwnLocatorLeavesNoHomeAndStoresDistanceAndBearingZero)
+{
+    for (const char* own : { "", "JN48O", "JN48OW ", "JN48OWX" }) {
+        RecordingPrompts prompts;
+        Station station { prompts };
+        LogMapFields fields;
+        fields.distanceKm = 12.0f; // from the contact before
+        fields.bearing = 34.0f;
+        station.homeCoords = "from before";
+        station.settings.setText(Setting::MyLocator, QLatin1String(own));
+        ASSERT_TRUE(RichtungQRB(station, fields, "JO62QM")) << own;
+        EXPECT_EQ(station.homeCoords, QString()) << own;
+        EXPECT_EQ(station.coordText, CoordText(LocatorToDegrees("JO62QM")));
+        EXPECT_FALSE(fields.outline.isEmpty());
+        EXPECT_EQ(fields.distanceKm, 0.0f) << own;
+        EXPECT_EQ(fields.bearing, 0.0f) << own;
+        EXPECT_TRUE(prompts.shown.isEmpty()); // the window that shows the result says why
+    }
+    // four characters stand for the HH subsquare, as for a target
+    RecordingPrompts prompts;
+    Station station { prompts };
+    LogMapFields fields;
+    station.settings.setText(Setting::MyLocator, "jn48");
+    ASSERT_TRUE(RichtungQRB(station, fields, "JN48HH"));
+    EXPECT_EQ(station.homeCoords, CoordText(LocatorToDegrees("JN48HH")));
+    EXPECT_EQ(fields.distanceKm, 0.0f);
 }

@@ -7,6 +7,7 @@
 #include "tests/qsl/QslTestSupport.h"
 #include "ui/qsl/CardFace.h"
 
+#include <QFontMetricsF>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -216,4 +217,18 @@ TEST_F(Form6Window, PreviewPrintDialogAndExitDoNotBlock)
     dialog->reject();
     click("Exit");
     EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(Form6Window, ALongCallsignIsShownSmallerToFitItsBox)
+{
+    auto* cal = form->findChild<QLineEdit*>("Cal");
+    ASSERT_NE(cal, nullptr);
+    const int normal = cal->font().pixelSize();
+    QTest::keyClicks(cal, "DL1ABC");
+    EXPECT_EQ(cal->font().pixelSize(), normal); // fits as it is
+    cal->clear();
+    QTest::keyClicks(cal, "3D2/DL1ABC/QRP");
+    EXPECT_LT(cal->font().pixelSize(), normal);
+    EXPECT_LE(QFontMetricsF(cal->font()).horizontalAdvance(cal->text()), cal->contentsRect().width());
+    EXPECT_EQ(shown(CardName::Callsign), "3D2/DL1ABC/QRP");
 }

@@ -10,6 +10,7 @@
 #include "tests/support/TempDir.h"
 
 #include <QPrinter>
+#include <QProcess>
 #include <QRegularExpression>
 
 namespace {
@@ -81,6 +82,26 @@ TEST_F(QslPrinting, PrintingFailureAfterMarkingNamesTheMarkedContacts)
     EXPECT_TRUE(m.contains("DL1ABC 14.11.2026 09:30 (T -> Q)")) << m.toStdString();
     EXPECT_TRUE(m.contains("OK1XYZ 15.11.2026 18:20 (T -> Q)")) << m.toStdString();
     EXPECT_EQ(qslLetters(db), "Q Q");
+
+    // The offer after the failure sets both back; a letter changed since stays as it is.
+    EXPECT_EQ(QslPrintRun::restoreQuestion(2).toStdString(),
+        "Set the QSL letter of these 2 contacts back to what it was before this run, so that the next run "
+        "prints their cards again?");
+    ASSERT_EQ(out.marked.size(), 2);
+    EXPECT_EQ(QslPrintRun::restoreLetters(db, out.marked).toStdString(),
+        "The QSL letter of 2 contacts is back to what it was.");
+    EXPECT_EQ(qslLetters(db), "T T");
+    run("T");
+    {
+        DbConnection c(db);
+        ASSERT_TRUE(c.exec("UPDATE logtab SET QSL = 'X' WHERE Callsign = 'OK1XYZ'"));
+    }
+    EXPECT_EQ(QslPrintRun::restoreLetters(db, out.marked).toStdString(),
+        "The QSL letter of 1 of 2 contacts is back to what it was; the others had been changed since and "
+        "keep their letter.");
+    EXPECT_EQ(qslLetters(db), "T X");
+    EXPECT_TRUE(QslPrintRun::restoreLetters(tmp.file("gone/none.db"), out.marked)
+                    .startsWith("The QSL letters could not be set back: "));
 
     QList<MarkedContact> marked;
     for (int i = 0; i < 43; ++i)
@@ -167,4 +188,63 @@ TEST(QslPictures, PresentPicturesArePrintedAndAnUnreadableOneIsLeftOutWithANote)
     EXPECT_EQ(broken.notes.size(), 1);
     EXPECT_TRUE(broken.notes.value(0).contains("/ClubSign.bmp cannot be read"))
         << broken.notes.value(0).toStdString();
+}
+
+namespace {
+// The page as pdftoppm renders it at `dpi`, in grey.
+QImage renderPage(const QString& pdf, int dpi)
+{
+    QProcess p;
+    const QString base = pdf + QStringLiteral(".page");
+    p.start(QStringLiteral("pdftoppm"),
+        { QStringLiteral("-r"), QString::number(dpi), QStringLiteral("-gray"), QStringLiteral("-png"),
+            QStringLiteral("-singlefile"), pdf, base });
+    EXPECT_TRUE(p.waitForFinished(30000)) << "pdftoppm did not finish";
+    EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    return QImage(base + QStringLiteral(".png")).convertToFormat(QImage::Format_Grayscale8);
+}
+} // namespace
+
+// Long callsigns on the card, checked on the rendered page: the ink of the callsign keeps a
+// blank margin inside its frame on both sides (a clipped text runs into the frame) and is
+// not shrunk more than it must be. The text layer must carry the whole callsign too.
+TEST_F(QslPrinting, LongCallsignsShrinkIntoTheirBoxInsteadOfBeingClipped)
+{
+    constexpr int Dpi = 300;
+    const auto px = [](double mm) { return int(std::lround(mm * Dpi / 25.4)); };
+    const CardItem* box = design.item(CardName::Callsign);
+    ASSERT_TRUE(box);
+    const QRectF mm = box->rect;
+    const char* const calls[] = { "VK9/DL1ABC/MM", "VP2V/W1ABC/P", "3D2/DL1ABC/QRP", "DL1ABC" };
+    for (const char* call : calls) {
+        SCOPED_TRACE(call);
+        const QString file
+            = tmp.file(QStringLiteral("%1.pdf").arg(QString::fromLatin1(call).replace('/', '_')));
+        printer.setOutputFileName(file);
+        design.setText(CardName::Callsign, QString::fromLatin1(call));
+        ASSERT_TRUE(QslPrintJob::print(printer, design, {}, pictures).ok);
+        EXPECT_TRUE(pdfText(file).contains(QString::fromLatin1(call)));
+
+        const QImage page = renderPage(file, Dpi);
+        ASSERT_NEAR(page.width(), px(CardDesign::WidthMm), 2);
+        // Inside the frame (its line is 0.25 mm wide), every column that carries ink.
+        const int left = px(mm.left() + 0.4), right = px(mm.right() - 0.4);
+        const int top = px(mm.top() + 0.4), bottom = px(mm.bottom() - 0.4);
+        int first = -1, last = -1;
+        for (int x = left; x <= right; ++x)
+            for (int y = top; y <= bottom; ++y)
+                if (qGray(page.pixel(x, y)) < 128) {
+                    if (first < 0)
+                        first = x;
+                    last = x;
+                    break;
+                }
+        ASSERT_GE(first, 0) << "no ink in the box";
+        EXPECT_GT(first, px(mm.left() + 1.0)) << "the callsign touches the left of its box";
+        EXPECT_LT(last, px(mm.right() - 1.0)) << "the callsign touches the right of its box";
+        // Centred, and only as small as it must be: a long callsign fills most of the width.
+        EXPECT_NEAR((first + last) / 2.0, px(mm.center().x()), px(1.5));
+        if (qstrlen(call) > 10)
+            EXPECT_GT(last - first, px(mm.width() * 0.8));
+    }
 }

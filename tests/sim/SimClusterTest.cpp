@@ -72,3 +72,22 @@ TEST(SimClusterSession, ByeEndsTheSession)
     EXPECT_TRUE(session.receive("more\r\n", now).out.isEmpty());
     EXPECT_TRUE(session.spot(SimSpotSource().next(), now).isEmpty());
 }
+
+TEST(SimClusterSession, TheTelnetStyleTalksLikeARealNode)
+{
+    SimClusterSession session(QStringLiteral("KESTREL-SIM"), SimClusterSession::Style::Telnet);
+    const QByteArray greeting = session.greeting();
+    EXPECT_TRUE(greeting.startsWith(
+        "\xff\xfb\x01\xff\xfb\x03\xff\xfd\x1f\r\nWelcome to KESTREL-SIM, Gr\xc3\xbc\xc3\x9f"
+        "e aus K\xc3\xb6ln"));
+    EXPECT_TRUE(greeting.endsWith("\x1b[1mPlease enter your call.\x1b[0m\r\nlogin: "));
+    // The client's refusals are no part of the callsign; IAC IAC is a byte of the line.
+    auto r = session.receive("\xff\xfe\x01\xff\xfe", now);
+    r = session.receive("\x03\xff\xfc\x1fn0call\r\n", now);
+    EXPECT_TRUE(r.loggedIn);
+    EXPECT_EQ(session.callsign(), QStringLiteral("N0CALL"));
+    r = session.receive("sh\xff\xff\xff\xf1x\r\n", now); // and IAC NOP is skipped
+    EXPECT_TRUE(r.out.startsWith("sh\xffx\r\n"));
+    const SimSpot spot { QStringLiteral("G4SIM"), 50125.0, QStringLiteral("EA8SIM"), QStringLiteral("Es") };
+    EXPECT_EQ(session.spot(spot, now), "\a\x1b[1;32m" + spot.line(QTime(18, 7)).toLatin1() + "\x1b[0m\n\r");
+}

@@ -59,3 +59,56 @@ TEST(SimGps, WritesOnceASecond)
     EXPECT_EQ(gps.bursts(), 3);
     EXPECT_EQ(gps.receive("$PMTK220,1000*1F\r\n"), QByteArray());
 }
+
+// Which sentence types a burst holds, in order ("GGA GSA GSV GSV GSV RMC VTG").
+QByteArray order(const QByteArray& burst)
+{
+    QByteArrayList types;
+    for (const QByteArray& line : lines(burst))
+        types << line.mid(3, 3);
+    return types.join(' ');
+}
+
+TEST(SimGps, ProfilesWriteTheOrdersOfRealReceivers)
+{
+    const struct {
+        SimGps::Profile profile;
+        QByteArray order;
+    } cases[] = {
+        { SimGps::Profile::Plain, "RMC GGA GSA GSV GSV GSV" },
+        { SimGps::Profile::Mtk, "GGA GSA GSV GSV GSV RMC VTG" },
+        { SimGps::Profile::Sirf, "GGA GSA GSV GSV GSV RMC" },
+        { SimGps::Profile::Ublox,
+            "RMC VTG GGA GSA GSA GSA GSA GSA GSV GSV GSV GSV GSV GSV GSV GSV GSV GSV GSV GSV GSV GSV GSV GSV "
+            "GLL" },
+    };
+    for (const auto& c : cases) {
+        const SimGps gps(48.3125, 9.625, start, "GP", c.profile);
+        EXPECT_EQ(order(gps.burst(start)), c.order) << SimGps::profileName(c.profile).toStdString();
+        EXPECT_EQ(SimGps::profileNamed(SimGps::profileName(c.profile)), c.profile);
+    }
+    EXPECT_EQ(SimGps::profileNamed("garmin"), std::nullopt);
+    // u-blox: NMEA 4.11 system ids, more than twelve satellites of a system in view.
+    const QList<QByteArray> ublox
+        = lines(SimGps(48.3125, 9.625, start, "GP", SimGps::Profile::Ublox).burst(start));
+    EXPECT_TRUE(ublox[3].startsWith("$GNGSA,A,3,01,03,05,07,09,11,13,15,17,19,21,23,0.98,0.55,0.81,1*"));
+    EXPECT_TRUE(ublox[4].startsWith("$GNGSA,A,3,25,,,,,,,,,,,,0.98,0.55,0.81,1*"));
+    EXPECT_TRUE(ublox[8].startsWith("$GPGSV,4,1,15,"));
+    EXPECT_TRUE(ublox[12].startsWith("$GLGSV,4,1,14,"));
+}
+
+TEST(SimGps, AProfileTricklesOutAtItsLinesSpeed)
+{
+    SimGps gps(48.3125, 9.625, start.addMSecs(900), "GP", SimGps::Profile::Sirf);
+    const QByteArray whole = gps.burst(start.addSecs(1));
+    QByteArray got = gps.tick(100); // the second begins: 4800 baud carry 48 characters in 100 ms
+    EXPECT_EQ(got, whole.left(48));
+    while (got.size() < whole.size()) {
+        const QByteArray piece = gps.tick(100);
+        ASSERT_FALSE(piece.isEmpty());
+        ASSERT_LE(piece.size(), 48);
+        got += piece;
+    }
+    EXPECT_EQ(got, whole);
+    EXPECT_EQ(gps.bursts(), 1);
+}

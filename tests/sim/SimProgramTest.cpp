@@ -6,6 +6,7 @@
 #include "tests/support/SimProcess.h"
 #include "tests/support/TempDir.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QTcpSocket>
 #include <QTest>
@@ -119,6 +120,24 @@ TEST(SimProgram, WritesASettingsFilePointingAtItsDevices)
     LoadStationConfig(station);
     EXPECT_EQ(station.settings.textAt(Setting::MyCall), QStringLiteral("DL9ABC"));
     EXPECT_EQ(station.settings.textAt(Setting::Com1Port), sim->place("rig"));
+}
+
+TEST(SimProgram, LeavesADamagedSettingsFileAsItIsAndSaysWhy)
+{
+    TempDir dir;
+    const QByteArray damaged = "fast\r\n-1\r\n0\r\n\"cq\"\r\n\"tu\"\r\n\"N0CALL\"\r\n\"JN48TH\"\r\n";
+    dir.write(QStringLiteral("Kestrel.txt"), damaged);
+    QProcess p;
+    p.start(SimProcess::program(), { QStringLiteral("--write-config"), dir.path() });
+    ASSERT_TRUE(p.waitForFinished(10000));
+    EXPECT_NE(p.exitCode(), 0);
+    const QString errors = QString::fromLocal8Bit(p.readAllStandardError());
+    EXPECT_TRUE(errors.contains("kestrel-sim: " + QDir(dir.path()).absoluteFilePath("Kestrel.txt")
+        + " is left as it is; repair or remove it first. Kestrel.txt in "))
+        << errors.toStdString();
+    EXPECT_TRUE(errors.contains("line 1: \"fast\" is not a whole number"));
+    EXPECT_EQ(dir.read(QStringLiteral("Kestrel.txt")), damaged);
+    EXPECT_FALSE(QFile::exists(dir.file(QStringLiteral("Kestrel.ini"))));
 }
 
 // The serial devices are driven end to end by the main, rig, rotator and GPS window tests;

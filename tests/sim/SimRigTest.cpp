@@ -88,3 +88,57 @@ TEST(SimRig, NotesThePlainFrequencyTextBeforeACommand)
     EXPECT_EQ(rig.plainText(), QByteArray("43220000"));
     EXPECT_EQ(rig.frequencyHz(), 50200000);
 }
+
+TEST(SimRig, AnswersTheFt847StatusReadsAndHonoursCatOff)
+{
+    SimRig rig;
+    const struct {
+        const char* frame;
+        QByteArray answer;
+    } reads[] = {
+        { "00000000e7", hex("80") }, // squelch closed, no signal
+        { "00000000f7", hex("80") }, // receiving
+        { "0000000008", {} },
+        { "00000000f7", hex("10") }, // transmitting
+        { "0000000188", {} }, // PTT off as Hamlib writes it
+        { "00000000f7", hex("80") },
+        { "0000000013", hex("1443000001") }, // the satellite reads answer like the main one
+        { "000000004e", {} },
+        { "000000008e", {} },
+    };
+    for (const auto& r : reads)
+        EXPECT_EQ(rig.receive(hex(r.frame)).toHex(), r.answer.toHex()) << r.frame;
+    EXPECT_EQ(rig.refused(), 0);
+
+    rig.receive(hex("0000000080")); // CAT off: nothing but CAT ON is heard
+    EXPECT_FALSE(rig.catOn());
+    EXPECT_EQ(rig.receive(hex("1296000001") + hex("00000000f7")), QByteArray());
+    EXPECT_EQ(rig.frequencyHz(), 144300000);
+    rig.receive(hex("0000000000"));
+    EXPECT_TRUE(rig.catOn());
+    EXPECT_EQ(rig.receive(hex("00000000e7")), hex("80"));
+}
+
+TEST(SimRig, AnswersTheQueriesAYaesuTextClientSends)
+{
+    SimRig rig;
+    rig.receive("FA144200000;MD03;");
+    const std::pair<const char*, const char*> exchanges[] = {
+        { "ID;", "ID0570;" },
+        { "IF;", "IF001144200000+000000300000;" },
+        { "AI;", "AI0;" },
+        { "AI1;AI;", "AI1;" },
+        { "PS;", "PS1;" },
+        { "FB;", "FB144300000;" },
+        { "FB432100000;FB;", "FB432100000;" },
+        { "VS;", "VS0;" },
+        { "FT3;FT;", "FT1;" },
+        { "ST;", "ST0;" },
+        { "SM0;", "SM0000;" },
+        { "AI7;", "?;" },
+        { "ID1;", "?;" },
+    };
+    for (const auto& [sent, answer] : exchanges)
+        EXPECT_EQ(rig.receive(sent), QByteArray(answer)) << sent;
+    EXPECT_EQ(rig.frequencyHz(), 144200000);
+}

@@ -19,8 +19,8 @@ struct BeaconHooks {
     // distance (`Richtung`, `Text160`). Returns the whole-degree heading, or nothing when the
     // locator was invalid ("Invalid Gridlocator:" has been shown then).
     std::function<std::optional<int>(const QString& locator)> aimAt;
-    // The chosen beacon's band (its qrg began with a listed band): switch `OptBandV` or
-    // `OptBandR` on and let the rig take over the beacon's frequency.
+    // The chosen row's band and frequency: switch `OptBandV` or `OptBandR` on when its qrg
+    // began with a listed band, and let the rig take over the row's frequency.
     std::function<void(const BeaconTuning& tuning)> followBand;
     // The rotator's target after a valid locator: turn the antenna (`Antennedrehen`).
     std::function<void(int degrees)> turnTo;

@@ -46,6 +46,13 @@ BeaconPanel::BeaconPanel(Station& station, MapViewer* viewer, QWidget* parent)
 {
     setObjectName(QStringLiteral("beaconPanel"));
     buildUi();
+    // The chosen beacon is the cluster window's option-2 spot: frequency, call, its locator.
+    connect(this, &BeaconPanel::beaconChosen, this,
+        [this](const QString& name, const QString& locator, const QString& qrg) {
+            station_.spotQrg = qrg;
+            station_.spotCall = name;
+            station_.spotRemark = locator;
+        });
 }
 
 BeaconPanel::~BeaconPanel() = default;
@@ -141,8 +148,9 @@ void BeaconPanel::LoadBeaconList()
     BeaconList::Loaded loaded
         = BeaconList::load(station_.dbConnection, beSearch_->text(), banCoun_->isChecked(), nameFilter_);
     if (loaded.error) {
-        // the grid keeps what it showed
-        station_.prompts.information(
+        // the grid keeps what it showed; the list reloads on every activation, the fault is
+        // told once
+        station_.prompts.reportOnce(
             BeaconTexts::procedureError(loaded.error, QStringLiteral("LoadBeaconList")));
         return;
     }
@@ -151,7 +159,6 @@ void BeaconPanel::LoadBeaconList()
     model_->setRecordset(std::move(loaded.rs));
     quiet_ = false;
     grid_->setCaption(QString::number(rows));
-    emit listLoaded(rows);
 }
 
 void BeaconPanel::activate()
@@ -183,22 +190,19 @@ void BeaconPanel::chooseRow(int row)
 {
     const Recordset& rs = model_->recordset();
     const int nameField = rs.fieldIndex(QStringLiteral("beacon"));
-    if (row < 0 || row >= rs.recordCount() || nameField < 0)
+    const int locatorField = rs.fieldIndex(QStringLiteral("Locator"));
+    const int qrgField = rs.fieldIndex(QStringLiteral("qrg"));
+    if (row < 0 || row >= rs.recordCount() || nameField < 0 || locatorField < 0 || qrgField < 0)
         return;
+    // The row's own locator and frequency: one call stands on several bands in a real list.
     const QString name = rs.valueAt(row, nameField).toString();
-    const BeaconList::Found found = BeaconList::lookup(station_.dbConnection, name);
-    if (found.error) {
-        station_.prompts.information(
-            BeaconTexts::procedureError(found.error, QStringLiteral("DataGrid1_RowColChange")));
-        return;
-    }
-    if (!found.found)
-        return; // deleted meanwhile
-    emit beaconChosen(name, found.locator, found.qrg);
+    const QString locator = rs.valueAt(row, locatorField).toString();
+    const QString qrg = rs.valueAt(row, qrgField).toString();
+    emit beaconChosen(name, locator, qrg);
 
     // The window's locator box takes the focus, as after any bearing.
-    const std::optional<int> degrees = aimAt(found.locator);
-    if (const std::optional<BeaconTuning> tuning = BeaconTuningFor(found.qrg); tuning && hooks_.followBand)
+    const std::optional<int> degrees = aimAt(locator);
+    if (const std::optional<BeaconTuning> tuning = BeaconTuningFor(qrg); tuning && hooks_.followBand)
         hooks_.followBand(*tuning);
     if (degrees && hooks_.turnTo)
         hooks_.turnTo(*degrees);

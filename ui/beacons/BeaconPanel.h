@@ -52,7 +52,6 @@ public:
     RecordsetModel& model() const { return *model_; }
 
 signals:
-    void listLoaded(int rows);
     void beaconChosen(const QString& name, const QString& locator, const QString& qrg);
 
 protected:

@@ -28,17 +28,27 @@ BeaconStation::BeaconStation(Form1& form1, StationPanels& panels, MapViewer* vie
     hooks.followBand = [&panels](const BeaconTuning& tuning) {
         RigPanel& rigPanel = panels.rig();
         RigController& rig = rigPanel.controller();
-        if (tuning.band.vhfOption == 0) {
-            rigPanel.clickBandR(tuning.band.microwaveOption);
+        // A frequency the rig cannot take is refused before anything moves: the display and
+        // the band buttons keep what the rig is really on.
+        if (tuning.counter && !rig.rigFrequency(*tuning.counter)) {
+            rig.tuneTo(*tuning.counter);
             return;
         }
-        // The rig takes over the beacon's frequency: with the preset flag clear the band click
-        // keeps it and sends it, and the operator's next band click keeps it as well.
         if (tuning.counter)
             rig.setCounter(*tuning.counter);
-        rig.setPresetFlag(false);
-        rigPanel.clickBandV(tuning.band.vhfOption);
-        rig.setPresetFlag(false);
+        if (tuning.band && tuning.band->vhfOption != 0) {
+            // The rig takes over the beacon's frequency: with the preset flag clear the band
+            // click keeps it and sends it, and the operator's next band click keeps it as well.
+            rig.setPresetFlag(false);
+            rigPanel.clickBandV(tuning.band->vhfOption);
+            rig.setPresetFlag(false);
+            return;
+        }
+        // A microwave band or one without a button (4 m): the band is noted, the frequency sent.
+        if (tuning.band)
+            rigPanel.clickBandR(tuning.band->microwaveOption);
+        if (tuning.counter)
+            rig.SendFreq(QString::number(*tuning.counter));
     };
     hooks.turnTo = [&form1, &panels](int degrees) {
         form1.ui().Text160->setText(QString::number(degrees));

@@ -1,10 +1,11 @@
 #include "ui/cluster/ClusterWindow.h"
 
-#include "cluster/BandPlan.h"
 #include "cluster/ClusterClient.h"
 #include "cluster/SpotFilterModel.h"
 #include "cluster/SpotLines.h"
 #include "cluster/SpotTableModel.h"
+#include "core/ExtensionSettings.h"
+#include "core/AdifBandPlan.h"
 #include "core/Station.h"
 #include "core/StationConfig.h"
 #include "ui/cluster/UpperCaseValidator.h"
@@ -45,7 +46,7 @@ ClusterWindow::ClusterWindow(Station& station, QWidget* parent)
         header->resizeSection(column, fm.horizontalAdvance(QString::fromLatin1(widest[column])) + 16);
     ui_->tblSpots->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
     ui_->cboBand->addItem(QStringLiteral("All bands"), QString());
-    for (const QString& band : BandPlan::bandNames())
+    for (const QString& band : AdifBandPlan::names())
         ui_->cboBand->addItem(band, band);
     ui_->splitter->setStretchFactor(0, 3);
     ui_->splitter->setStretchFactor(1, 2);
@@ -107,6 +108,8 @@ void ClusterWindow::formLoad()
         ui_->uSc_MultiOption1->setValue(station_.settings.intAt(Setting::ClusterOption1));
         ui_->uSc_MultiOption2->setValue(station_.settings.intAt(Setting::ClusterOption2));
     }
+    const QString autoLogin = ExtensionSettings::value(ExtensionKey::ClusterAutoLogin).trimmed().toLower();
+    client_->setAutoLogin(autoLogin == u"true" || autoLogin == u"1" ? myCall_.trimmed() : QString());
     client_->connectTo(server);
     sendText_.clear();
     ui_->QrgD->setText(SpotLines::qrgFromFrequencyText(station_.frequencyText));

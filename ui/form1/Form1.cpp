@@ -6,6 +6,7 @@
 #include "core/Station.h"
 #include "core/StationConfig.h"
 #include "core/Weather.h"
+#include "devices/rotator/RotatorController.h"
 #include "geo/Bearing.h"
 #include "mapexport/LogMapFields.h"
 #include "mapexport/RichtungQrb.h"
@@ -87,6 +88,8 @@ Form1::~Form1()
 
 void Form1::load()
 {
+    starting_ = true;
+    station_.prompts.beginStartup();
     LoadStationConfig(station_);
     const SettingsTable& table = station_.settings;
     station_.myCall = table.textAt(Setting::MyCall);
@@ -130,6 +133,13 @@ void Form1::load()
 
     showPortProblems();
     emit loaded();
+    // the start-up's one box; a close or a signal while it is open ends the start-up
+    station_.prompts.finishStartup();
+    starting_ = false;
+    if (closeRequested_) {
+        abandon();
+        return;
+    }
     timer_.start();
 }
 
@@ -144,10 +154,8 @@ void Form1::tick()
 {
     // Each step stands alone: a closed port or a short reply leaves the other steps alone.
     SerialLink& rotator = ports_.com(4);
-    if (rotator.isOpen()) {
-        rotator.write(QByteArrayLiteral("AI1;"));
-        ui_.Label1->setText(QString::fromLatin1(rotator.readAll().left(3)));
-    }
+    if (rotator.isOpen())
+        ui_.Label1->setText(RotatorController::queryHeading(rotator));
 
     SerialLink& sensor = ports_.com(3);
     if (sensor.isOpen()) {
@@ -255,7 +263,7 @@ void Form1::onPortError(int n, const QString& text)
 {
     qCWarning(lcForm1) << "Com" << n << text;
     portProblems_[n] = text;
-    setLamp(n, QStringLiteral("failed"), text);
+    setLamp(n, ports_.com(n).isBusy() ? QStringLiteral("busy") : QStringLiteral("failed"), text);
     showPortProblems();
 }
 
@@ -266,7 +274,7 @@ void Form1::setLamp(int n, const QString& state, const QString& tip)
     lamp->setToolTip(QStringLiteral("Com%1, %2: ").arg(n).arg(MainPorts::role(n)) + tip);
     if (state == QLatin1String("open"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(0,255,0); color: black;"));
-    else if (state == QLatin1String("failed"))
+    else if (state == QLatin1String("failed") || state == QLatin1String("busy"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(255,0,0); color: white;"));
     else
         lamp->setStyleSheet(QStringLiteral("background-color: #d0d0d0; color: #404040;"));
@@ -340,11 +348,30 @@ void Form1::changeEvent(QEvent* event)
 
 void Form1::closeEvent(QCloseEvent* event)
 {
+    // no box may hold up the end, whether the operator or a signal asked for it
+    station_.prompts.beginClosing();
+    if (starting_) {
+        // load() is still on the stack; it ends the program when it returns
+        closeRequested_ = true;
+        event->ignore();
+        return;
+    }
     if (!unloaded_) {
         emit queryUnload();
         unload();
     }
     event->accept();
+}
+
+void Form1::abandon()
+{
+    // The operator never saw this table: the file keeps what it holds, damaged or not.
+    qCInfo(lcForm1) << "closed during start-up; the settings are not saved";
+    unloaded_ = true;
+    timer_.stop();
+    for (int n = 1; n <= 4; ++n)
+        closePort(n);
+    emit unloaded();
 }
 
 void Form1::unload()

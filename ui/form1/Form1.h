@@ -28,7 +28,8 @@ public:
     ~Form1() override;
 
     // Start-up: settings file, logbook window object, weather fetch, ports, restored state,
-    // compass, then the tick starts.
+    // compass, one box with what the start-up has to say, then the tick starts. A close
+    // requested meanwhile waits for load() and then ends the program without saving.
     void load();
     // Port labels, then activated(); runs whenever the window becomes active.
     void activate();
@@ -86,6 +87,7 @@ protected:
 
 private:
     void unload();
+    void abandon();
     void fetchWeather();
     void onWeatherReply(QNetworkReply* reply);
     void onPortError(int n, const QString& text);
@@ -104,4 +106,6 @@ private:
     QString portMessage_; // what the status bar shows about the ports, "" when nothing
     std::optional<double> elevation_;
     bool unloaded_ = false;
+    bool starting_ = false;
+    bool closeRequested_ = false;
 };

@@ -12,6 +12,7 @@
 #include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -53,6 +54,7 @@ Form2::Form2(Station& station, Form1& main, QWidget* parent)
     for (int row = 1; row <= 4; ++row)
         connect(number_[row], &QLineEdit::textEdited, this, [this, row] { checkUnique(row); });
     number_[1]->installEventFilter(this);
+    command1_->installEventFilter(this);
     connect(text3_, &QLineEdit::returnPressed, text4_, qOverload<>(&QWidget::setFocus));
     connect(text4_, &QLineEdit::returnPressed, command1_, qOverload<>(&QWidget::setFocus));
     connect(lineB_, &QCheckBox::toggled, this, [this](bool on) { station_.lineBeacons = on; });
@@ -224,6 +226,15 @@ void Form2::checkUnique(int row)
 
 bool Form2::eventFilter(QObject* watched, QEvent* event)
 {
+    // Enter on the focused "Done" presses it; it stays no auto-default button, so that Enter
+    // in the boxes above only moves the focus and never saves
+    if (watched == command1_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            command1_->click();
+            return true;
+        }
+    }
     if (watched == number_[1] && event->type() == QEvent::FocusIn) {
         const Qt::FocusReason why = static_cast<QFocusEvent*>(event)->reason();
         // coming back from the message box or another window is not a new visit
@@ -243,23 +254,19 @@ void Form2::comGuard()
 
 void Form2::doneClicked()
 {
-    SettingsTable& t = station_.settings;
-    t.setText(Setting::MyCall, text3_->text());
-    station_.myCall = text3_->text();
-    t.setText(Setting::MyLocator, text4_->text());
-    station_.myLocator = text4_->text().toUpper();
-    for (int row = 1; row <= 4; ++row) {
-        const int used = Setting::Com1Used + 3 * (row - 1);
-        t.setInt16(used, qint16(ticked(check_[row])));
-        t.setText(used + 1, number_[row]->text());
-        t.setText(used + 2, lineSettings_[row]->text());
-    }
-
-    CheckLocator(station_, station_.myLocator);
+    // A refused locator leaves the station as it was: nothing of the dialog is taken over.
+    const QString locator = text4_->text().toUpper();
+    CheckLocator(station_, locator);
     if (station_.locatorInvalid) {
         text4_->setFocus();
         return;
     }
+
+    SettingsTable& t = station_.settings;
+    t.setText(Setting::MyCall, text3_->text());
+    station_.myCall = text3_->text();
+    t.setText(Setting::MyLocator, text4_->text());
+    station_.myLocator = locator;
 
     const QString sensorPort = ExtensionSettings::value(ExtensionKey::SensorPort);
     for (int row = 1; row <= 4; ++row) {

@@ -158,6 +158,11 @@ void Form4::buildUi()
         b.txtSat[i] = box(QStringLiteral("txtSat%1").arg(i).toLatin1().constData(), 30);
         used->addWidget(b.txtSat[i], 1 + (i - 1) / 4, (i - 1) % 4);
     }
+    // Every system's used satellites: the boxes above hold only the last GSA read.
+    usedSystems_ = new QLabel(gsa);
+    usedSystems_->setObjectName(QStringLiteral("lblUsedSystems"));
+    usedSystems_->setWordWrap(true);
+    used->addWidget(usedSystems_, 4, 0, 1, 4);
     auto* gsaGrid = static_cast<QGridLayout*>(gsa->layout());
     gsaGrid->addLayout(used, 5, 0, 1, 2);
     gsaGrid->setRowStretch(6, 1);
@@ -242,7 +247,12 @@ void Form4::onLinkError(const QString& text)
 
 void Form4::onReadyRead()
 {
-    const QList<GpsReceiver::Decoded> decoded = receiver_.feed(link_->readAll());
+    bytesArrived(link_->readAll());
+}
+
+void Form4::bytesArrived(const QByteArray& bytes)
+{
+    const QList<GpsReceiver::Decoded> decoded = receiver_.feed(bytes);
     for (const GpsReceiver::Decoded& d : decoded)
         showDecoded(d);
     showFix();
@@ -306,10 +316,9 @@ void Form4::showDecoded(const GpsReceiver::Decoded& d)
 
 void Form4::showFix()
 {
-    // The fix kind is what `txtMO` shows.
-    const FixKind fix = boxes_->txtMO->text() == u"3D-Fix" ? FixKind::ThreeD
-        : boxes_->txtMO->text() == u"2D-Fix"               ? FixKind::TwoD
-                                                           : FixKind::None;
+    // Not `txtMO` alone: a receiver without GSA shows its fix from GGA or RMC, stale data none.
+    const FixKind fix = receiver_.fix();
+    usedSystems_->setText(GpsDisplay::usedText(receiver_));
     const auto position = receiver_.position();
     grid_->setText(GpsDisplay::gridText(fix, position));
     QPalette pal = grid_->palette();

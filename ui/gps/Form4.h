@@ -29,6 +29,11 @@ public:
     // `cmdMyLocator`: the position's 6-character locator becomes the own locator (setting 6).
     void takeLocatorClicked();
 
+    // Another source's bytes (gpsd) take the same path as the port's.
+    void bytesArrived(const QByteArray& bytes);
+    // A line in the window's log `Text1` (what another source reports).
+    void report(const QString& line) { log(line); }
+
     const GpsReceiver& receiver() const { return receiver_; }
     SerialLink& link() { return *link_; }
 
@@ -55,6 +60,7 @@ private:
     QPushButton* command1_ = nullptr;
     QPushButton* cmdMyLocator_ = nullptr;
     QLabel* grid_ = nullptr;
+    QLabel* usedSystems_ = nullptr;
     QLabel* image1_ = nullptr;
     QPlainTextEdit* text1_ = nullptr;
     struct Boxes;

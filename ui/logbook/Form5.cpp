@@ -2,6 +2,7 @@
 
 #include "core/Station.h"
 #include "core/StationConfig.h"
+#include "geo/Locator.h"
 #include "logbook/browse/DxccLookup.h"
 #include "logbook/browse/GridColumns.h"
 #include "logbook/browse/LogGridModel.h"
@@ -12,6 +13,7 @@
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
 #include "logbook/entry/EntryRules.h"
+#include "logbook/entry/LogClock.h"
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
 #include "mapexport/MapViewer.h"
@@ -240,7 +242,7 @@ MapPosition Form5::storedPosition() const
 void Form5::addnew_Click()
 {
     EntryLine l = entryLine();
-    const bool ok = EntryRules::NewContact(l, station_.bandPattern, QDateTime::currentDateTime());
+    const bool ok = EntryRules::NewContact(l, station_.bandPattern, LogClock::now(LogClock::configured()));
     for (auto [box, text] : { std::pair { ui_.GM, l.GM }, { ui_.DA, l.DA }, { ui_.Rss, l.Rss },
              { ui_.Rr, l.Rr }, { ui_.mo, l.mo }, { ui_.Qs, l.Qs }, { ui_.Pr, l.Pr }, { ui_.Ba, l.Ba } })
         box->setText(text);
@@ -304,7 +306,7 @@ void Form5::dxccLookup()
 {
     const DxccLookupResult r = DxccLookup::lookup(station_.dbConnection, ui_.Ca->text());
     if (r.found)
-        ui_.cou->setText(r.entity);
+        ui_.cou->setText(r.entity.name);
     // No match or a failed lookup ends here: the caption and the focus stay, without a message.
     if (r.found && !r.error.isError())
         ui_.Gr->setFocus();
@@ -324,10 +326,18 @@ void Form5::locatorCheck()
     }
     if (ui_.Gr->text().isEmpty())
         return;
-    if (RichtungQRB(station_, fields_, ui_.Gr->text()))
-        ui_.qrbInfo->setText(QStringLiteral("QRB: %1 km  QTF: %2\u00b0")
-                                 .arg(ContactSummary::numberText(fields_.distanceKm),
-                                     ContactSummary::numberText(fields_.bearing)));
+    if (RichtungQRB(station_, fields_, ui_.Gr->text())) {
+        // without an own locator the contact is kept with distance and bearing 0, and said why
+        const QString own = station_.settings.textAt(Setting::MyLocator);
+        if (!Locator::own(own)) {
+            ui_.qrbInfo->clear();
+            station_.prompts.information(Locator::ownProblem(own));
+        } else {
+            ui_.qrbInfo->setText(QStringLiteral("QRB: %1 km  QTF: %2\u00b0")
+                                     .arg(ContactSummary::numberText(fields_.distanceKm),
+                                         ContactSummary::numberText(fields_.bearing)));
+        }
+    }
     ui_.Rss->setFocus();
 }
 

@@ -74,7 +74,6 @@ private:
     void bind(const Recordset& rs);
     void applyColumnWidths();
     void showCounts();
-    void setEntry(EntryField field, const QString& text);
     QLineEdit* box(EntryField field) const;
     void focusField(EntryField field);
     bool entryKey(EntryField field, QKeyEvent* event);

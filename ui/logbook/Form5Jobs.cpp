@@ -4,6 +4,7 @@
 #include "logbook/adif/AdifExport.h"
 #include "logbook/adif/AdifImport.h"
 #include "logbook/completion/MapDataCompletion.h"
+#include "logbook/entry/LogClock.h"
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
 #include "mapexport/RichtungQrb.h"
@@ -213,7 +214,8 @@ void Form5::importAdif(const QString& path)
 {
     if (isBusy())
         return;
-    auto import = std::make_shared<AdifImport>(station_.dbConnection, importLocator());
+    auto import
+        = std::make_shared<AdifImport>(station_.dbConnection, importLocator(), LogClock::configured());
     if (import->start(path) == AdifImport::State::Failed) {
         station_.prompts.information(import->error().description);
         return;
@@ -228,7 +230,7 @@ void Form5::importAdif(const QString& path)
         QString text = import->report(kReportLines);
         if (import->state() == AdifImport::State::Failed)
             text += QStringLiteral("\nThe import stopped: ") + import->error().text();
-        if (import->refusals().size() > kReportLines) {
+        if (import->refusals().size() + import->keptAsText().size() > kReportLines) {
             // The whole list beside the file, for working through it.
             QSaveFile list(path + QStringLiteral(".refused.txt"));
             if (list.open(QIODevice::WriteOnly)) {
@@ -247,8 +249,8 @@ void Form5::exportAdif(const QString& path, bool allBands)
 {
     if (isBusy())
         return;
-    auto exporter
-        = std::make_shared<AdifExport>(station_.dbConnection, allBands ? QString() : station_.bandPattern);
+    auto exporter = std::make_shared<AdifExport>(
+        station_.dbConnection, allBands ? QString() : station_.bandPattern, LogClock::configured());
     if (exporter->start(path) == AdifExport::State::Failed) {
         station_.prompts.information(exporter->error().description);
         return;

@@ -19,13 +19,6 @@ SlicedJob::~SlicedJob()
         disable_->setEnabled(true);
 }
 
-void SlicedJob::setLabel(const QString& label)
-{
-    steps_.label = label;
-    if (dialog_)
-        dialog_->setLabelText(label);
-}
-
 void SlicedJob::start()
 {
     running_ = true;

@@ -33,7 +33,6 @@ public:
     bool isRunning() const { return running_; }
     // Stops the action now (its cancel runs) without reporting finished(); the job goes.
     void abandon();
-    void setLabel(const QString& label);
 
     // The dialog appears when the action lasts this long (ms).
     static constexpr int ShowAfterMs = 400;

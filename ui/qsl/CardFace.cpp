@@ -1,6 +1,7 @@
 #include "ui/qsl/CardFace.h"
 
 #include "qsl/CardNames.h"
+#include "qsl/CardPainter.h"
 #include "qsl/SignaturePictures.h"
 
 #include <QLabel>
@@ -43,6 +44,7 @@ CardFace::CardFace(const CardDesign& design, QWidget* parent)
         w->setObjectName(item.name);
         w->setGeometry(toPixels(item.rect));
         w->setFont(screenFont(item));
+        fit(w, item.text);
     }
     for (QLabel** picture : { &picture1_, &picture2_ }) {
         *picture = new QLabel(this);
@@ -68,6 +70,7 @@ QWidget* CardFace::build(const CardItem& item)
         auto* e = new QLineEdit(item.text, this);
         e->setAlignment(item.align);
         e->setStyleSheet(ink + frame);
+        connect(e, &QLineEdit::textChanged, this, [this, e](const QString& text) { fit(e, text); });
         return e;
     }
     auto* e = new QPlainTextEdit(item.text, this);
@@ -77,6 +80,16 @@ QWidget* CardFace::build(const CardItem& item)
     e->setStyleSheet(ink + frame);
     e->document()->setDocumentMargin(2);
     return e;
+}
+
+void CardFace::fit(QWidget* widget, const QString& text)
+{
+    const CardItem* item = design_.item(widget->objectName());
+    if (!item || item->multiLine)
+        return;
+    // A line edit keeps a few pixels of margin inside its frame.
+    const QSizeF room = widget->contentsRect().adjusted(3, 0, -3, 0).size();
+    widget->setFont(CardPainter::fitted(screenFont(*item), text, room, widget, false));
 }
 
 QRect CardFace::toPixels(const QRectF& mm) const
@@ -101,9 +114,10 @@ CardDesign CardFace::design() const
 void CardFace::setText(const QString& name, const QString& text)
 {
     QWidget* w = findChild<QWidget*>(name, Qt::FindDirectChildrenOnly);
-    if (auto* l = qobject_cast<QLabel*>(w))
+    if (auto* l = qobject_cast<QLabel*>(w)) {
         l->setText(text);
-    else if (auto* e = qobject_cast<QLineEdit*>(w))
+        fit(l, text);
+    } else if (auto* e = qobject_cast<QLineEdit*>(w))
         e->setText(text);
     else if (auto* p = qobject_cast<QPlainTextEdit*>(w))
         p->setPlainText(text);

@@ -2,6 +2,7 @@
 // The card as the QSL window shows it: a white 140 x 90 mm face at a fixed scale carrying one
 // label or text box per item of a card design (objectName = item name), and the two signature
 // picture boxes. It hands its contents back as a card design, so what it shows is what prints.
+// A one-line text too long for its control is shown smaller, as the printed card shows it.
 #include "qsl/CardDesign.h"
 
 #include <QFrame>
@@ -28,6 +29,8 @@ public:
 private:
     QWidget* build(const CardItem& item);
     QRect toPixels(const QRectF& mm) const;
+    // The item's font, smaller where its one-line text would not fit the control's width.
+    void fit(QWidget* widget, const QString& text);
 
     CardDesign design_;
     QLabel* picture1_ = nullptr;

@@ -174,6 +174,9 @@ void Form6::printRun(const QString& letter)
     note((pictures_.notes + out.notes).join(QLatin1Char('\n')));
     for (const QString& message : std::as_const(out.messages))
         station_.prompts.information(message);
+    if (!out.print.ok && !out.marked.isEmpty()
+        && station_.prompts.question(QslPrintRun::restoreQuestion(int(out.marked.size()))))
+        station_.prompts.information(QslPrintRun::restoreLetters(station_.dbConnection, out.marked));
 }
 
 void Form6::printWindowCard()

@@ -1,7 +1,7 @@
 #pragma once
 // The audio spectrum monitor on the main window: Picture2 with its reference-level scroll bar,
 // the SigMax, MaxHold and FreqMax labels, and Timer1, which takes each recorded buffer from the
-// sound card (or a WAV file), transforms it and draws it. Decisions live in audio/.
+// sound card (or a recording), transforms it and draws it. Decisions live in audio/.
 #include "audio/SpectrumState.h"
 #include "audio/WaveBuffer.h"
 #include "audio/WaveCapture.h"

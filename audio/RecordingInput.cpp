@@ -1,42 +1,42 @@
-#include "audio/WavFileInput.h"
+#include "audio/RecordingInput.h"
 
 #include "audio/AudioLog.h"
 #include "audio/WaveBuffer.h"
 
 #include <array>
 
-WavFileInput::WavFileInput(const QString& path, bool paced, QObject* parent)
+RecordingInput::RecordingInput(const QString& path, bool paced, QObject* parent)
     : WaveInput(parent)
     , path_(path)
     , paced_(paced)
 {
 }
 
-int WavFileInput::open(QString& errorText)
+int RecordingInput::open(QString& errorText)
 {
     close();
     if (!reader_.open(path_, errorText))
         return WaveStatus::Error;
     qCInfo(lcAudio) << "playing" << path_ << reader_.sampleRate() << "samples/s" << reader_.channels()
-                    << "channels" << reader_.bitsPerSample() << "bits";
+                    << "channels," << reader_.format();
     delivered_ = 0;
     clock_.start();
     open_ = true;
     return WaveStatus::Ok;
 }
 
-void WavFileInput::close()
+void RecordingInput::close()
 {
     reader_.close();
     open_ = false;
 }
 
-bool WavFileInput::takeBuffer(WaveBuffer& buffer)
+bool RecordingInput::takeBuffer(WaveBuffer& buffer)
 {
     if (!open_)
         return false;
     if (paced_) {
-        const qint64 dueMs = (delivered_ + 1) * WaveBuffer::Samples * 1000 / WavReader::OutputRate;
+        const qint64 dueMs = (delivered_ + 1) * WaveBuffer::Samples * 1000 / RecordingReader::OutputRate;
         if (clock_.elapsed() < dueMs)
             return false;
     }

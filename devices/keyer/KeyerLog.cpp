@@ -1,0 +1,3 @@
+#include "devices/keyer/KeyerLog.h"
+
+Q_LOGGING_CATEGORY(lcKeyer, "kestrel.devices.keyer")

@@ -1,0 +1,3 @@
+#include "devices/rotator/RotatorLog.h"
+
+Q_LOGGING_CATEGORY(lcRotator, "kestrel.devices.rotator")

@@ -1,0 +1,3 @@
+#include "hub/HubLog.h"
+
+Q_LOGGING_CATEGORY(lcHub, "kestrel.hub")
