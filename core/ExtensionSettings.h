@@ -17,12 +17,15 @@ inline const QString UpLine = QStringLiteral("lines/up");
 inline const QString DownLine = QStringLiteral("lines/down");
 // Address of the weather station's summary page; empty: no weather line.
 inline const QString WeatherUrl = QStringLiteral("weather/url");
-// Database file; empty: backup.db beside the program (or in the user's data directory).
+// Database file; empty: backup.db in the user's data directory (or one already beside the program).
 inline const QString DatabaseFile = QStringLiteral("database/file");
 // Sound input device description; empty: the system's default input.
 inline const QString AudioDevice = QStringLiteral("audio/device");
 // Camera device; empty: no camera, the overlay text is shown on a label.
 inline const QString CameraDevice = QStringLiteral("camera/device");
+// The main window's size and place, and where its splitter stands (Qt's own encoding, base64).
+inline const QString WindowGeometry = QStringLiteral("window/geometry");
+inline const QString WindowSplitter = QStringLiteral("window/splitter");
 // Station hub: the rigctld- and rotctld-compatible servers ("on" switches one on; off by
 // default), their TCP ports (0: any free port) and the address they listen on.
 inline const QString HubRig = QStringLiteral("hub/rig");

@@ -49,10 +49,13 @@ void RotatorController::Rotorstop_click()
     com4().write(Rotator::Stop);
 }
 
-QString RotatorController::queryHeading(SerialLink& com4)
+std::optional<QString> RotatorController::queryHeading(SerialLink& com4)
 {
     com4.write(Rotator::Query);
-    return Rotator::readBack(com4.readAll());
+    const QByteArray reply = com4.readAll();
+    if (reply.isEmpty())
+        return std::nullopt;
+    return Rotator::readBack(reply);
 }
 
 void RotatorController::setAuto(bool on)

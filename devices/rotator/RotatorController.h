@@ -30,9 +30,9 @@ public:
     void Rotorstop_click();
 
     // The main window's tick query on its Com4: writes "AI1;" and returns the first three
-    // characters of what the port has received since the last call (empty when nothing),
-    // without waiting.
-    static QString queryHeading(SerialLink& com4);
+    // characters of what the port has received since the last call, nullopt when nothing
+    // came (the tick counts that as silence), without waiting.
+    static std::optional<QString> queryHeading(SerialLink& com4);
 
     // Elevation by hand: mouse-down switches the automatic mode off, ends a running pulse and
     // waits for its off edge, then runs the motor until mouse-up (the Station's hold flag is

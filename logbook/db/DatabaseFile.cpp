@@ -105,8 +105,11 @@ QString DatabaseFile::resolve(const Places& places)
 {
     if (!places.configured.isEmpty())
         return QFileInfo(places.configured).absoluteFilePath();
-    if (!places.programDir.isEmpty() && folderWritable(places.programDir))
-        return QDir(places.programDir).absoluteFilePath(FileName);
+    // A log already beside the program stays in use; a new one goes to the user's data folder,
+    // where neither an installation nor a cleaned build folder can take it away.
+    const QString besideProgram = QDir(places.programDir).absoluteFilePath(FileName);
+    if (!places.programDir.isEmpty() && folderWritable(places.programDir) && QFileInfo::exists(besideProgram))
+        return besideProgram;
     return QDir(places.appDataDir).absoluteFilePath(FileName);
 }
 

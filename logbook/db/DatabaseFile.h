@@ -1,10 +1,11 @@
 #pragma once
-// Where the logbook database lives and how it comes to exist. The file is backup.db beside
-// the program; where that folder is not writable, backup.db in the user's application-data
-// folder (a log already beside the program is copied there once, and the operator told); the
-// key database/file of Kestrel.ini names another file. A missing file is created in the current
-// schema and filled with the shipped DXCC and beacon data; a file that cannot serve (empty, not
-// a database, not Kestrel's, read-only, folder missing) is reported, never written to.
+// Where the logbook database lives and how it comes to exist. The file is backup.db in the
+// user's application-data folder (one already beside the program stays in use there, and is
+// copied to the application-data folder once, telling the operator, where the program's folder
+// is read-only); the key database/file of Kestrel.ini names another file. A missing file is
+// created in the current schema and filled with the shipped DXCC and beacon data; a file that
+// cannot serve (empty, not a database, not Kestrel's, read-only, folder missing) is reported,
+// never written to.
 #include "logbook/db/DbError.h"
 
 #include <QString>

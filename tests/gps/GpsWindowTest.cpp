@@ -7,6 +7,7 @@
 #include "tests/support/TempDir.h"
 #include "ui/gps/Form4.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -194,6 +195,36 @@ TEST_F(GpsWindow, ThePositionBecomesTheOwnLocator)
     station.settings.setText(Setting::MyLocator, QStringLiteral("JO31HH"));
     take->click();
     EXPECT_EQ(station.settings.textAt(Setting::MyLocator), "JO31HH");
+}
+
+// A receiver that falls silent (frozen, or unplugged behind an adapter that stays) or whose
+// port vanishes has no fix any more; its last sentences stand greyed until it speaks again.
+TEST_F(GpsWindow, ASilentOrLostReceiverHasNoFix)
+{
+    start();
+    ASSERT_TRUE(sendAndWait(kRmc + kGga + kGsa3, "txtMO", "3D-Fix"));
+    auto* take = child<QPushButton>("cmdMyLocator");
+    ASSERT_TRUE(take->isEnabled());
+    const auto live = [&] { return grid() != "GPS NO FIX" && child("txtLa")->isEnabled(); };
+    EXPECT_TRUE(live());
+
+    QElapsedTimer quiet;
+    quiet.start();
+    QTRY_VERIFY_WITH_TIMEOUT(!live(), 3000);
+    EXPECT_GE(quiet.elapsed(), (SilenceWatch::SilentTicks - 1) * Form4::kSilenceCheckMs);
+    EXPECT_EQ(grid(), "GPS NO FIX");
+    EXPECT_FALSE(imageShown());
+    EXPECT_FALSE(take->isEnabled());
+    EXPECT_EQ(text("txtLa"), "48.1173"); // the last value, greyed
+
+    ASSERT_TRUE(pty.write(kRmc + kGga + kGsa3));
+    QTRY_VERIFY_WITH_TIMEOUT(live(), 1000);
+    EXPECT_TRUE(take->isEnabled());
+
+    pty.closeMaster();
+    QTRY_VERIFY_WITH_TIMEOUT(!live(), 1000);
+    EXPECT_EQ(child<QPushButton>("Command1")->text(), "&start");
+    EXPECT_TRUE(prompts.shown.isEmpty());
 }
 
 namespace {

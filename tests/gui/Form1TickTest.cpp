@@ -107,14 +107,17 @@ TEST(Form1Tick, APortThatVanishesLeavesTheOtherPortAndTheTimerRunning)
     EXPECT_TRUE(f.prompts.shown.isEmpty());
 }
 
-TEST(Form1Tick, AClosedRotatorPortIsSkipped)
+TEST(Form1Tick, AClosedRotatorPortIsSkippedAndItsHeadingUnknown)
 {
     Form1Fixture f;
     f.writeConfig([](SettingsTable& t) { t.setInt16(Setting::Com4Used, 0); });
     f.start();
     f.child<QLabel>("Label1")->setText(QStringLiteral("042"));
+    f.child<Compass>("Picture1")->setHeading(42);
     ASSERT_TRUE(f.tickWith(sensorReply(300, 5)));
-    EXPECT_EQ(text(f, "Label1"), QStringLiteral("042"));
+    EXPECT_EQ(text(f, "Label1"), QStringLiteral("---"));
+    EXPECT_EQ(f.child<Compass>("Picture1")->heading(), std::nullopt);
+    EXPECT_EQ(text(f, "VCX"), QStringLiteral("Az: ---     Ele: Ele = 0.3"));
     EXPECT_EQ(text(f, "Label31"), QStringLiteral("Temp = 5"));
     EXPECT_EQ(f.rotator.readFor(100), QByteArray());
     EXPECT_EQ(f.child<QLabel>("lblCom4")->property("state").toString(), QStringLiteral("off"));

@@ -34,10 +34,14 @@ protected:
     Station station { prompts };
 };
 
-TEST_F(DbFile, ResolvesBesideTheProgramElseAppDataElseTheIniFile)
+TEST_F(DbFile, ResolvesToAppDataUnlessALogIsBesideTheProgramOrTheIniFileNamesOne)
 {
     DatabaseFile::Places p = places();
-    EXPECT_EQ(DatabaseFile::resolve(p), QDir(p.programDir).filePath(QStringLiteral("backup.db")));
+    EXPECT_EQ(DatabaseFile::resolve(p), QDir(p.appDataDir).filePath(QStringLiteral("backup.db")));
+    QFile log(QDir(p.programDir).filePath(QStringLiteral("backup.db")));
+    ASSERT_TRUE(log.open(QIODevice::WriteOnly));
+    log.close();
+    EXPECT_EQ(DatabaseFile::resolve(p), log.fileName());
     QFile::setPermissions(p.programDir, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
     EXPECT_EQ(DatabaseFile::resolve(p), QDir(p.appDataDir).filePath(QStringLiteral("backup.db")));
     p.configured = tmp.file(QStringLiteral("mylog.db"));
@@ -51,7 +55,7 @@ TEST_F(DbFile, ConnectCreatesAMissingFileInTheCurrentSchemaWithSeedData)
     const DbError e = DatabaseFile::connect(station, places());
     EXPECT_FALSE(e) << e.text().toStdString();
     EXPECT_TRUE(prompts.shown.isEmpty());
-    EXPECT_EQ(station.dbConnection, tmp.file(QStringLiteral("prog/backup.db")));
+    EXPECT_EQ(station.dbConnection, tmp.file(QStringLiteral("appdata/backup.db")));
     EXPECT_FALSE(QFile::exists(station.dbConnection + QStringLiteral(".new")));
     {
         DbConnection c(station.dbConnection);
@@ -311,7 +315,7 @@ TEST_F(DbFileEdges, AJournalLeftWithoutItsDatabaseIsMovedAsideNotMerged)
     ASSERT_FALSE(journal.isEmpty());
     ASSERT_TRUE(QFile::remove(file));
 
-    const DbError e = DatabaseFile::connect(station, places());
+    const DbError e = DatabaseFile::connect(station, places(file));
     ASSERT_FALSE(e) << e.text().toStdString();
     EXPECT_EQ(callsigns(file), QStringList {}) << "the new log starts empty";
     const QStringList aside = QDir(tmp.file(QStringLiteral("prog")))

@@ -7,6 +7,7 @@
 #include "tests/qsl/QslTestSupport.h"
 #include "ui/qsl/CardFace.h"
 
+#include <QComboBox>
 #include <QFontMetricsF>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,7 +15,9 @@
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrintPreviewWidget>
+#include <QProcess>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <memory>
@@ -217,6 +220,37 @@ TEST_F(Form6Window, PreviewPrintDialogAndExitDoNotBlock)
     dialog->reject();
     click("Exit");
     EXPECT_FALSE(form->isVisible());
+}
+
+// "Print to File (PDF)" chosen in the print dialog: the dialog brings its own paper along, the
+// card that comes out is still 140 x 90 mm.
+TEST_F(Form6Window, ThePrintDialogsPdfFileGetsACardPage)
+{
+    form->printer().setOutputFormat(QPrinter::NativeFormat);
+    const QString chosen = tmp.file("chosen.pdf");
+    click("cmdPrinter");
+    auto* dialog = form->findChild<QPrintDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    auto* printers = dialog->findChild<QComboBox*>(QStringLiteral("printers"));
+    auto* fileName = dialog->findChild<QLineEdit*>(QStringLiteral("filename"));
+    ASSERT_TRUE(printers && fileName);
+    const int pdfEntry = printers->findText(QStringLiteral("PDF"), Qt::MatchContains);
+    ASSERT_GE(pdfEntry, 0);
+    printers->setCurrentIndex(pdfEntry);
+    fileName->setText(chosen);
+    dialog->accept();
+    ASSERT_EQ(form->printer().outputFormat(), QPrinter::PdfFormat);
+    ASSERT_EQ(form->printer().outputFileName(), chosen);
+
+    click("Empty");
+    QProcess info;
+    info.start(QStringLiteral("pdfinfo"), { chosen });
+    ASSERT_TRUE(info.waitForFinished(30000));
+    const QString out = QString::fromUtf8(info.readAllStandardOutput());
+    const auto m = QRegularExpression(QStringLiteral("Page size:\\s+([\\d.]+) x ([\\d.]+) pts")).match(out);
+    ASSERT_TRUE(m.hasMatch()) << out.toStdString();
+    EXPECT_NEAR(m.captured(1).toDouble() * 25.4 / 72, 140.0, 0.5) << out.toStdString();
+    EXPECT_NEAR(m.captured(2).toDouble() * 25.4 / 72, 90.0, 0.5) << out.toStdString();
 }
 
 TEST_F(Form6Window, ALongCallsignIsShownSmallerToFitItsBox)

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QStandardPaths>
 #include <gtest/gtest.h>
 
 // Every test program runs without a display and with a QApplication, so widget tests and
@@ -9,5 +10,7 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     ::testing::InitGoogleTest(&argc, argv);
     QApplication app(argc, argv);
+    // A logbook that falls back to the user's data folder lands in a test folder instead.
+    QStandardPaths::setTestModeEnabled(true);
     return RUN_ALL_TESTS();
 }

@@ -74,6 +74,11 @@ void Compass::paintEvent(QPaintEvent*)
         const qreal a = qDegreesToRadians(qreal(*heading_));
         p.setPen(QPen(QColor(255, 0, 0), 3, Qt::SolidLine, Qt::RoundCap));
         p.drawLine(QPointF(0, 0), QPointF((r - 4) * qSin(a), -(r - 4) * qCos(a)));
+    } else {
+        // no needle: the heading is not known, and the card says so
+        p.setPen(QColor(128, 128, 128));
+        p.drawText(
+            QRectF(-r, 6, 2 * r, r / 2), Qt::AlignHCenter | Qt::AlignTop, QStringLiteral("heading unknown"));
     }
     p.setPen(Qt::NoPen);
     p.setBrush(QColor(60, 60, 60));

@@ -1,6 +1,6 @@
 #pragma once
 // The rotator picture: a compass card redrawn on every tick with the antenna heading as a
-// red line from the centre (north up, clockwise).
+// red line from the centre (north up, clockwise); without a heading, no needle and a note.
 #include <QPixmap>
 #include <QWidget>
 

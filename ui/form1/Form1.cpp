@@ -3,10 +3,12 @@
 #include "core/ExtensionSettings.h"
 #include "core/MainPorts.h"
 #include "core/SensorFrame.h"
+#include "core/SilenceWatch.h"
 #include "core/Station.h"
 #include "core/StationConfig.h"
 #include "core/Weather.h"
 #include "devices/rotator/RotatorController.h"
+#include "devices/link/PortText.h"
 #include "geo/Bearing.h"
 #include "mapexport/LogMapFields.h"
 #include "mapexport/RichtungQrb.h"
@@ -14,8 +16,10 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
@@ -23,13 +27,21 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QScreen>
+#include <QSplitter>
 #include <QStatusBar>
+#include <QTableView>
+
+#include <utility>
 
 Q_LOGGING_CATEGORY(lcForm1, "kestrel.ui")
 
 namespace {
 
 const QString kLogbook = QStringLiteral("mnuARLog");
+// What a read-out shows while its device is closed, gone or silent.
+const QString UnknownHeading = QStringLiteral("---");
+const QString UnknownElevation = QStringLiteral("Ele = ---");
+const QString UnknownTemperature = QStringLiteral("Temp = ---");
 
 // Leading digits of the read-back ("123;" -> 123); nothing when it starts with none.
 std::optional<int> leadingNumber(const QString& text)
@@ -54,6 +66,7 @@ Form1::Form1(Station& station, const StationPorts::Factory& makeLink, QWidget* p
     const QRect screen = QGuiApplication::primaryScreen()
         ? QGuiApplication::primaryScreen()->availableGeometry()
         : QRect(0, 0, 1400, 900);
+    // room for a window manager's title bar and frame
     resize(qMin(1400, screen.width() - 20), qMin(920, screen.height() - 40));
 
     const std::pair<QAction*, QString> entries[] = { { ui_.mnuARLog, QStringLiteral("Logbook") },
@@ -130,6 +143,7 @@ void Form1::load()
 
     ui_.Picture1->setHeading(std::nullopt);
     updateOverlay();
+    restoreLayout();
 
     showPortProblems();
     emit loaded();
@@ -152,15 +166,24 @@ void Form1::activate()
 
 void Form1::tick()
 {
+    retryLostPorts();
+
     // Each step stands alone: a closed port or a short reply leaves the other steps alone.
     SerialLink& rotator = ports_.com(4);
-    if (rotator.isOpen())
-        ui_.Label1->setText(RotatorController::queryHeading(rotator));
+    bool rotatorAnswered = false;
+    if (rotator.isOpen()) {
+        const std::optional<QString> heading = RotatorController::queryHeading(rotator);
+        rotatorAnswered = heading.has_value();
+        ui_.Label1->setText(heading.value_or(QString()));
+    }
 
     SerialLink& sensor = ports_.com(3);
+    bool sensorAnswered = false;
     if (sensor.isOpen()) {
         sensor.write(SensorFrame::Query);
-        if (const auto r = SensorFrame::decode(sensor.readAll())) {
+        const QByteArray reply = sensor.readAll();
+        sensorAnswered = !reply.isEmpty();
+        if (const auto r = SensorFrame::decode(reply)) {
             ui_.Label31->setText(SensorFrame::temperatureText(*r));
             ui_.Label30->setText(SensorFrame::elevationText(*r));
             elevation_ = r->elevation();
@@ -168,13 +191,104 @@ void Form1::tick()
         }
     }
 
-    if (const auto heading = leadingNumber(ui_.Label1->text()))
+    // A closed, vanished or silent device's last values would lie: they are shown as unknown.
+    const bool headingKnown = watchReplies(4, rotatorAnswered);
+    const bool sensorKnown = watchReplies(3, sensorAnswered);
+    if (!headingKnown)
+        ui_.Label1->setText(UnknownHeading);
+    if (!sensorKnown) {
+        ui_.Label30->setText(UnknownElevation);
+        ui_.Label31->setText(UnknownTemperature);
+        elevation_.reset();
+    }
+    for (QWidget* w : { static_cast<QWidget*>(ui_.Label1), static_cast<QWidget*>(ui_.Picture1) })
+        w->setEnabled(headingKnown);
+    for (QWidget* w : { ui_.Label30, ui_.Label31 })
+        w->setEnabled(sensorKnown);
+
+    if (!headingKnown)
+        ui_.Picture1->setHeading(std::nullopt);
+    else if (const auto heading = leadingNumber(ui_.Label1->text()))
         ui_.Picture1->setHeading(heading);
     else
         ui_.Picture1->update();
     updateOverlay();
 
     emit ticked();
+}
+
+bool Form1::watchReplies(int n, bool answered)
+{
+    SilenceWatch& watch = silence_[n];
+    const SilenceWatch::State before = watch.state();
+    const SilenceWatch::State now = watch.tick(ports_.com(n).isOpen(), answered);
+    if (now != before && now != SilenceWatch::State::Closed) {
+        if (now == SilenceWatch::State::Silent) {
+            qCWarning(lcForm1) << "Com" << n << "open, but the device does not answer";
+            setLamp(n, QStringLiteral("silent"),
+                QStringLiteral("%1 open, but the device has not answered for %2 ticks")
+                    .arg(portNumbers_[n])
+                    .arg(SilenceWatch::SilentTicks));
+            portProblems_[n] = QStringLiteral("the device does not answer");
+        } else if (before == SilenceWatch::State::Silent) {
+            qCInfo(lcForm1) << "Com" << n << "answers again";
+            setLamp(n, QStringLiteral("open"),
+                QStringLiteral("%1 open, %2").arg(portNumbers_[n], portSettings_[n]));
+            portProblems_.remove(n);
+        }
+        showPortProblems();
+    }
+    return now == SilenceWatch::State::Answering;
+}
+
+void Form1::retryLostPorts()
+{
+    // A USB adapter pulled out and plugged in again comes back by itself: its device file goes
+    // and comes back, looked for at most once a second. A port that failed while its file
+    // stayed (busy, no permission) waits for the settings dialog instead of being tried
+    // over and over.
+    for (int n = 1; n <= 4; ++n) {
+        if (!portWanted_[n] || ports_.com(n).isOpen() || !portProblems_.contains(n))
+            continue;
+        if (portRetry_[n].isValid() && portRetry_[n].elapsed() < 1000)
+            continue;
+        portRetry_[n].start();
+        const QString path = PortText::devicePath(portNumbers_[n]);
+        if (path.isEmpty())
+            continue;
+        if (!QFileInfo::exists(path)) {
+            portGone_[n] = true;
+            continue;
+        }
+        if (!std::exchange(portGone_[n], false))
+            continue;
+        qCInfo(lcForm1) << "Com" << n << "trying" << portNumbers_[n] << "again";
+        openPort(n, portNumbers_[n], portSettings_[n]);
+    }
+}
+
+void Form1::restoreLayout()
+{
+    const auto saved
+        = [](const QString& key) { return QByteArray::fromBase64(ExtensionSettings::value(key).toLatin1()); };
+    const QByteArray geometry = saved(ExtensionKey::WindowGeometry);
+    if (!geometry.isEmpty())
+        restoreGeometry(geometry);
+    const QByteArray split = saved(ExtensionKey::WindowSplitter);
+    if (!split.isEmpty() && ui_.mainSplitter->restoreState(split))
+        return;
+    // First start: the beacon list gets room for ten rows besides its search and entry
+    // lines (eight and more stay whole once the window has found its final size), the
+    // panels above the rest of the height.
+    int beacons = ui_.beaconBox->sizeHint().height();
+    if (const auto* table = ui_.beaconBox->findChild<QTableView*>()) {
+        const int rows = table->horizontalHeader()->sizeHint().height()
+            + 10 * table->verticalHeader()->defaultSectionSize() + 2 * table->frameWidth();
+        beacons += rows - table->sizeHint().height();
+    }
+    layout()->activate(); // the splitter's height in this window, before it is first shown
+    const int total = ui_.mainSplitter->height();
+    ui_.mainSplitter->setSizes({ qMax(total - beacons, 1), beacons });
 }
 
 void Form1::updateOverlay()
@@ -231,6 +345,9 @@ bool Form1::openPort(int n, const QString& portText, const QString& settings)
     if (link.isOpen())
         return true;
     portNumbers_[n] = portText;
+    portSettings_[n] = settings;
+    portWanted_[n] = true;
+    portGone_[n] = false;
     ui_.lblCom[n]->setText(MainPorts::lampText(n, portText));
     portProblems_.remove(n);
     if (!link.open(portText, settings)) {
@@ -249,6 +366,7 @@ bool Form1::openPort(int n, const QString& portText, const QString& settings)
 void Form1::closePort(int n)
 {
     ports_.com(n).close();
+    portWanted_[n] = false;
     portProblems_.remove(n);
     setLamp(n, QStringLiteral("off"), QStringLiteral("closed"));
     showPortProblems();
@@ -274,6 +392,8 @@ void Form1::setLamp(int n, const QString& state, const QString& tip)
     lamp->setToolTip(QStringLiteral("Com%1, %2: ").arg(n).arg(MainPorts::role(n)) + tip);
     if (state == QLatin1String("open"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(0,255,0); color: black;"));
+    else if (state == QLatin1String("silent"))
+        lamp->setStyleSheet(QStringLiteral("background-color: rgb(255,176,0); color: black;"));
     else if (state == QLatin1String("failed") || state == QLatin1String("busy"))
         lamp->setStyleSheet(QStringLiteral("background-color: rgb(255,0,0); color: white;"));
     else
@@ -284,7 +404,7 @@ void Form1::showPortProblems()
 {
     QStringList parts;
     for (auto it = portProblems_.cbegin(); it != portProblems_.cend(); ++it)
-        parts << QStringLiteral("Com%1 (%2) not open: %3")
+        parts << QString::fromLatin1(isPortOpen(it.key()) ? "Com%1 (%2) open: %3" : "Com%1 (%2) not open: %3")
                      .arg(it.key())
                      .arg(MainPorts::role(it.key()), it.value());
     // a message another part of the window put there stays until ports have news
@@ -388,6 +508,9 @@ void Form1::unload()
     table.setText(Setting::Label29Caption, ui_.Label29->text());
     table.setText(Setting::LogbookText, station_.bandPattern);
     SaveStationConfig(station_);
+    ExtensionSettings::setValue(ExtensionKey::WindowGeometry, QString::fromLatin1(saveGeometry().toBase64()));
+    ExtensionSettings::setValue(
+        ExtensionKey::WindowSplitter, QString::fromLatin1(ui_.mainSplitter->saveState().toBase64()));
     for (int n = 1; n <= 4; ++n)
         closePort(n);
     emit unloaded();

@@ -3,10 +3,12 @@
 // read-back, sensor box, compass, overlay), the weather line, the locator box and the menu of
 // secondary windows; runs the start-up, activation and shutdown sequences. The rig, rotator,
 // keyer, spectrum and beacon panels are placed into its areas and hook into its signals.
+#include "core/SilenceWatch.h"
 #include "devices/link/StationPorts.h"
 #include "ui/form1/Form1Ui.h"
 #include "ui/form1/MenuWindows.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QMap>
 #include <QTimer>
@@ -93,7 +95,14 @@ private:
     void onPortError(int n, const QString& text);
     void setLamp(int n, const QString& state, const QString& tip);
     void showPortProblems();
+    // Counts the tick for port n's device; true while its read-outs may be shown. The lamp
+    // turns amber while the port is open but the device silent.
+    bool watchReplies(int n, bool answered);
+    // Reopens a port whose device file went away, once it is back.
+    void retryLostPorts();
     void updateOverlay();
+    // The window's size and splitter as last left (Kestrel.ini), else fitted to the screen.
+    void restoreLayout();
 
     Station& station_;
     StationPorts ports_;
@@ -102,6 +111,11 @@ private:
     QTimer timer_;
     QNetworkAccessManager* network_ = nullptr;
     QString portNumbers_[5];
+    QString portSettings_[5];
+    bool portWanted_[5] = {}; // opened by the start-up or the settings, not closed since
+    QElapsedTimer portRetry_[5];
+    bool portGone_[5] = {}; // its device file was missing since the port failed
+    SilenceWatch silence_[5];
     QMap<int, QString> portProblems_;
     QString portMessage_; // what the status bar shows about the ports, "" when nothing
     std::optional<double> elevation_;

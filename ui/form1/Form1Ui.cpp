@@ -9,7 +9,10 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QScrollArea>
+#include <QSplitter>
 #include <QStatusBar>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -69,7 +72,14 @@ void Form1Ui::setupUi(QMainWindow* window)
     mnuQSL = menuEntry(bar, QStringLiteral("mnuQSL"), QStringLiteral("&QSL print"));
     mnuPacket = menuEntry(bar, QStringLiteral("mnuPacket"), QStringLiteral("DX &Cluster"));
 
-    auto* central = new QWidget(window);
+    mainSplitter = new QSplitter(Qt::Vertical, window);
+    mainSplitter->setObjectName(QStringLiteral("mainSplitter"));
+    mainSplitter->setChildrenCollapsible(false);
+    panelScroll = new QScrollArea(mainSplitter);
+    panelScroll->setObjectName(QStringLiteral("panelScroll"));
+    panelScroll->setWidgetResizable(true);
+    panelScroll->setFrameShape(QFrame::NoFrame);
+    auto* central = new QWidget(panelScroll);
     central->setObjectName(QStringLiteral("stationPanel"));
     auto* grid = new QGridLayout(central);
     grid->setContentsMargins(8, 8, 8, 8);
@@ -80,7 +90,7 @@ void Form1Ui::setupUi(QMainWindow* window)
     sensorBox = area(QStringLiteral("sensorBox"), QStringLiteral("Sensor && weather"), central);
     keyerBox = area(QStringLiteral("keyerBox"), QStringLiteral("CW keyer"), central);
     spectrumBox = area(QStringLiteral("spectrumBox"), QStringLiteral("Spectrum"), central);
-    beaconBox = area(QStringLiteral("beaconBox"), QStringLiteral("Beacon list"), central);
+    beaconBox = area(QStringLiteral("beaconBox"), QStringLiteral("Beacon list"), mainSplitter);
 
     rigBox->layout()->addWidget(placeholder(QStringLiteral("rig control"), rigBox));
     keyerBox->layout()->addWidget(placeholder(QStringLiteral("CW keyer"), keyerBox));
@@ -162,21 +172,36 @@ void Form1Ui::setupUi(QMainWindow* window)
     grid->addWidget(sensorBox, 0, 2);
     grid->addWidget(keyerBox, 1, 0);
     grid->addWidget(spectrumBox, 1, 1, 1, 2);
-    grid->addWidget(beaconBox, 2, 0, 1, 3);
     grid->setColumnStretch(0, 5);
     grid->setColumnStretch(1, 4);
     grid->setColumnStretch(2, 2);
-    grid->setRowStretch(2, 1); // the beacon list takes what is left
-    window->setCentralWidget(central);
+    panelScroll->setWidget(central);
 
-    // port lamps
-    QStatusBar* status = window->statusBar();
+    // The beacon list gets the rest of the height and grows with the window; the panels above
+    // scroll when the screen is small.
+    mainSplitter->addWidget(panelScroll);
+    mainSplitter->addWidget(beaconBox);
+    mainSplitter->setStretchFactor(0, 0);
+    mainSplitter->setStretchFactor(1, 1);
+    window->setCentralWidget(mainSplitter);
+    window->statusBar()->setObjectName(QStringLiteral("statusBar"));
+
+    // port lamps: a row of their own above the status bar, so that long port names take room
+    // neither from the status bar's text nor from the menu
+    auto* lamps = new QToolBar(QStringLiteral("Ports"), window);
+    lamps->setObjectName(QStringLiteral("portLamps"));
+    lamps->setMovable(false);
+    lamps->setFloatable(false);
+    lamps->toggleViewAction()->setEnabled(false);
     for (int n = 1; n <= 4; ++n) {
-        lblCom[n] = named(QStringLiteral("lblCom%1").arg(n), QStringLiteral("Com%1").arg(n), window);
+        lblCom[n] = named(QStringLiteral("lblCom%1").arg(n), QStringLiteral("Com%1").arg(n), lamps);
         lblCom[n]->setFrameShape(QFrame::Panel);
         lblCom[n]->setFrameShadow(QFrame::Sunken);
         lblCom[n]->setContentsMargins(4, 0, 4, 0);
     }
-    for (int n : { 1, 2, 4, 3 })
-        status->addPermanentWidget(lblCom[n]);
+    for (int n : { 1, 2, 4, 3 }) {
+        lamps->addWidget(lblCom[n]);
+        lamps->addSeparator();
+    }
+    window->addToolBar(Qt::BottomToolBarArea, lamps);
 }

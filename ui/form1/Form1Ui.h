@@ -1,7 +1,8 @@
 #pragma once
 // The main window's controls and their arrangement as a station panel: rig, rotator with the
-// compass and the locator box, sensor and weather, CW keyer, spectrum and beacon list, each
-// in its own group box, with the port lamps in the status bar.
+// compass and the locator box, sensor and weather, CW keyer and spectrum in a scrolling area,
+// the beacon list below a splitter, each in its own group box; the port lamps in a row of
+// their own above the status bar, whose whole width is left to its messages.
 #include <QString>
 
 class Compass;
@@ -10,6 +11,8 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QMainWindow;
+class QScrollArea;
+class QSplitter;
 class QWidget;
 
 struct Form1Ui {
@@ -19,6 +22,8 @@ struct Form1Ui {
     QGroupBox* keyerBox = nullptr;
     QGroupBox* spectrumBox = nullptr;
     QGroupBox* beaconBox = nullptr;
+    QSplitter* mainSplitter = nullptr; // the panels above, the beacon list below
+    QScrollArea* panelScroll = nullptr;
 
     Compass* Picture1 = nullptr;
     QLabel* Label1 = nullptr; // heading read back from the rotator

@@ -18,6 +18,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <utility>
+
 struct Form4::Boxes {
     // RMC
     QLineEdit *txtUT, *txtRW, *txtLa, *txtLAD, *txtLo, *txtLOD, *txtSK, *txtCO, *txtDS, *txtMD;
@@ -75,6 +77,9 @@ Form4::Form4(Station& station, std::unique_ptr<SerialLink> link, QWidget* parent
     connect(cmdMyLocator_, &QPushButton::clicked, this, &Form4::takeLocatorClicked);
     connect(link_.get(), &SerialLink::readyRead, this, &Form4::onReadyRead);
     connect(link_.get(), &SerialLink::errorOccurred, this, &Form4::onLinkError);
+    silenceCheck_.setInterval(kSilenceCheckMs);
+    connect(&silenceCheck_, &QTimer::timeout, this, &Form4::checkSilence);
+    silenceCheck_.start();
     opened();
     showFix();
 }
@@ -225,6 +230,7 @@ void Form4::command1Clicked()
     if (link_->isOpen()) {
         link_->close();
         command1_->setText(QStringLiteral("&start"));
+        showFix();
         return;
     }
     const QString port = station_.settings.textAt(Setting::Com3Port);
@@ -234,6 +240,8 @@ void Form4::command1Clicked()
         return;
     }
     command1_->setText(QStringLiteral("&stop"));
+    silence_ = SilenceWatch(); // counted afresh from the opening
+    showFix();
 }
 
 void Form4::onLinkError(const QString& text)
@@ -243,6 +251,15 @@ void Form4::onLinkError(const QString& text)
         command1_->setText(QStringLiteral("&start"));
         log(text);
     }
+    showFix();
+}
+
+void Form4::checkSilence()
+{
+    const SilenceWatch::State before = silence_.state();
+    silence_.tick(link_->isOpen() || otherSource_, std::exchange(heard_, false));
+    if (silence_.state() != before)
+        showFix();
 }
 
 void Form4::onReadyRead()
@@ -252,6 +269,11 @@ void Form4::onReadyRead()
 
 void Form4::bytesArrived(const QByteArray& bytes)
 {
+    if (!link_->isOpen())
+        otherSource_ = true; // gpsd
+    heard_ = heard_ || !bytes.isEmpty();
+    if (heard_ && silence_.state() == SilenceWatch::State::Silent)
+        checkSilence();
     const QList<GpsReceiver::Decoded> decoded = receiver_.feed(bytes);
     for (const GpsReceiver::Decoded& d : decoded)
         showDecoded(d);
@@ -316,8 +338,12 @@ void Form4::showDecoded(const GpsReceiver::Decoded& d)
 
 void Form4::showFix()
 {
-    // Not `txtMO` alone: a receiver without GSA shows its fix from GGA or RMC, stale data none.
-    const FixKind fix = receiver_.fix();
+    // A stopped, lost or silent source has no fix, and its last sentences stand greyed; a live
+    // one shows its fix from GSA, GGA or RMC, stale data none (not `txtMO` alone).
+    const bool live = (link_->isOpen() || otherSource_) && silence_.state() != SilenceWatch::State::Silent;
+    for (QGroupBox* group : findChildren<QGroupBox*>())
+        group->setEnabled(live);
+    const FixKind fix = live ? receiver_.fix() : FixKind::None;
     usedSystems_->setText(GpsDisplay::usedText(receiver_));
     const auto position = receiver_.position();
     grid_->setText(GpsDisplay::gridText(fix, position));
@@ -332,7 +358,7 @@ void Form4::showFix()
 void Form4::takeLocatorClicked()
 {
     const auto position = receiver_.position();
-    if (!position || receiver_.fix() == FixKind::None)
+    if (!position || receiver_.fix() == FixKind::None || !cmdMyLocator_->isEnabled())
         return;
     const QString locator = PositionToLocator(*position, 6);
     if (!station_.prompts.question(QStringLiteral("Take over %1 as own locator?").arg(locator)))

@@ -2,8 +2,10 @@
 // The GPS window: reads a receiver on its own serial port Com3 (settings 13 to 15), shows every
 // decoded field of RMC, GGA, GSA and GSV in its own box, the fix state and the position, and
 // can take the position over as the station's own locator.
+#include "core/SilenceWatch.h"
 #include "gps/GpsReceiver.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -39,6 +41,9 @@ public:
 
     // Lines kept in `Text1`: the window runs for days.
     static constexpr int kLogLines = 500;
+    // How often the receiver's silence is checked: a receiver that sends once a second is
+    // taken as silent after SilenceWatch::SilentTicks checks without a byte.
+    static constexpr int kSilenceCheckMs = 500;
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -50,11 +55,16 @@ private:
     void onLinkError(const QString& text);
     void showDecoded(const GpsReceiver::Decoded& d);
     void showFix();
+    void checkSilence();
     void log(const QString& line);
 
     Station& station_;
     std::unique_ptr<SerialLink> link_;
     GpsReceiver receiver_;
+    SilenceWatch silence_;
+    QTimer silenceCheck_;
+    bool heard_ = false; // bytes since the last silence check
+    bool otherSource_ = false; // bytes come from gpsd instead of the port
 
     QLabel* lblCom3_ = nullptr;
     QPushButton* command1_ = nullptr;

@@ -214,7 +214,12 @@ void Form6::openPrintDialog()
     auto* dialog = new QPrintDialog(&printer_, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(QStringLiteral("QSL card printer"));
-    connect(dialog, &QDialog::finished, this, &Form6::showPrinter);
+    connect(dialog, &QDialog::finished, this, [this](int result) {
+        // The dialog puts its own paper (Letter or A4) on the printer; a card stays a card.
+        if (result == QDialog::Accepted)
+            QslPrintJob::useCardPage(printer_);
+        showPrinter();
+    });
     dialog->open();
 }
 
