@@ -157,6 +157,47 @@ void row(const char* what, double ms, const char* target)
     std::printf("  %-58s %9.3f ms   %s\n", what, ms, target);
 }
 
+// A print run of 1001 contacts (QSL "T") out of the log: read and marked in one transaction,
+// against reading alone and against the letters stored one connection and transaction per
+// contact. The run's letters are set again before each pass, outside the time taken.
+void readAndMark(const QString& path)
+{
+    auto timed = [&](int runs, const std::function<void()>& action) {
+        std::vector<double> t;
+        for (int i = 0; i < runs; ++i) {
+            DbConnection(path).exec(
+                QStringLiteral("UPDATE logtab SET QSL = 'T' WHERE ID % 99 = 1 AND ID <= 99099"));
+            t.push_back(medianMs(1, action));
+        }
+        std::sort(t.begin(), t.end());
+        return t[t.size() / 2];
+    };
+    int marked = 0;
+    const double batched
+        = timed(7, [&] { marked = int(QslRunReader::read(path, QStringLiteral("T")).marked.size()); });
+    const double peek
+        = timed(7, [&] { QslRunReader::read(path, QStringLiteral("T"), QslRunReader::Mode::Peek); });
+    // The reference stores the first 101 letters and is scaled to the run: each costs a sync.
+    constexpr int ReferenceRows = 101;
+    const double oneByOne
+        = timed(1,
+              [&] {
+                  Recordset rs(path);
+                  rs.open(SqlText::qslRun(QStringLiteral("T")));
+                  for (bool ok = rs.first(); ok && rs.position() < ReferenceRows; ok = rs.next()) {
+                      rs.setValue(QStringLiteral("qsl"), QslText::nextStatus(rs.text(QStringLiteral("qsl"))));
+                      rs.update();
+                  }
+              })
+        * 1001.0 / ReferenceRows;
+    char label[128];
+    std::snprintf(label, sizeof label, "QSL print run: read and mark %d contacts", marked);
+    row(label, batched, "target < 100 ms");
+    row("  reading alone (print preview)", peek, "");
+    row("  reference: each letter on its own connection (101, scaled)", oneByOne, "");
+    std::printf("  %-58s %9.0f x\n", "  the reference against the print run", oneByOne / batched);
+}
+
 // An ADIF file of `count` contacts with locators, over the bands, a few portable calls among them.
 QByteArray generateAdif(int count)
 {
@@ -338,45 +379,6 @@ void benchDxccBulk(const QString& path)
     std::printf("  %-58s %9.3f us\n",
         qPrintable(QStringLiteral("  reference: SQL-text lookup per call (%1 of them)").arg(sampled)), sqlUs);
     std::printf("  %-58s %9.0f x\n", "  SQL-text lookup against the index", sqlUs / bulkUs);
-// A print run of 1001 contacts (QSL "T") out of the log: read and marked in one transaction,
-// against reading alone and against the letters stored one connection and transaction per
-// contact. The run's letters are set again before each pass, outside the time taken.
-void readAndMark(const QString& path)
-{
-    auto timed = [&](int runs, const std::function<void()>& action) {
-        std::vector<double> t;
-        for (int i = 0; i < runs; ++i) {
-            DbConnection(path).exec(
-                QStringLiteral("UPDATE logtab SET QSL = 'T' WHERE ID % 99 = 1 AND ID <= 99099"));
-            t.push_back(medianMs(1, action));
-        }
-        std::sort(t.begin(), t.end());
-        return t[t.size() / 2];
-    };
-    int marked = 0;
-    const double batched
-        = timed(7, [&] { marked = int(QslRunReader::read(path, QStringLiteral("T")).marked.size()); });
-    const double peek
-        = timed(7, [&] { QslRunReader::read(path, QStringLiteral("T"), QslRunReader::Mode::Peek); });
-    // The reference stores the first 101 letters and is scaled to the run: each costs a sync.
-    constexpr int ReferenceRows = 101;
-    const double oneByOne
-        = timed(1,
-              [&] {
-                  Recordset rs(path);
-                  rs.open(SqlText::qslRun(QStringLiteral("T")));
-                  for (bool ok = rs.first(); ok && rs.position() < ReferenceRows; ok = rs.next()) {
-                      rs.setValue(QStringLiteral("qsl"), QslText::nextStatus(rs.text(QStringLiteral("qsl"))));
-                      rs.update();
-                  }
-              })
-        * 1001.0 / ReferenceRows;
-    char label[128];
-    std::snprintf(label, sizeof label, "QSL print run: read and mark %d contacts", marked);
-    row(label, batched, "target < 100 ms");
-    row("  reading alone (print preview)", peek, "");
-    row("  reference: each letter on its own connection (101, scaled)", oneByOne, "");
-    std::printf("  %-58s %9.0f x\n", "  the reference against the print run", oneByOne / batched);
 }
 
 } // namespace

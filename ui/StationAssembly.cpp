@@ -86,13 +86,12 @@ void connectDatabase(Station& station)
 {
     if (!station.dbConnection.isEmpty())
         return;
-    DbError e;
-    {
-        const PromptGate::Silence replaced(station.prompts);
-        e = DatabaseFile::connect(station);
-    }
-    if (e)
-        station.prompts.reportOnce(DatabaseFaultText(station.dbConnection, e), PromptGate::Fault::Cause);
+    const DatabaseFile::Opening o = DatabaseFile::open(DatabaseFile::systemPlaces());
+    station.dbConnection = o.path;
+    if (o.error)
+        station.prompts.reportOnce(DatabaseFaultText(o.path, o.error), PromptGate::Fault::Cause);
+    else if (!o.notice.isEmpty()) // a log carried over or a stray journal moved aside
+        station.prompts.information(o.notice);
 }
 
 } // namespace

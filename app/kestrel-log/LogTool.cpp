@@ -164,9 +164,12 @@ int LogTool::dxcc(const QStringList& calls)
             err_ << "kestrel-log: no DXCC entity for " << call << Qt::endl;
             status = Failed;
         }
-        // Call, entity, entity number, CQ zone, ITU zone, continent; a tab between fields. The
-        // lookup gives the entity's name; the other fields stay empty until it gives them.
-        out_ << call.toUpper() << '\t' << r.entity << "\t\t\t\t" << '\n';
+        // Call, entity, entity number, CQ zone, ITU zone, continent; a tab between fields, an
+        // empty field where the entity has no value.
+        const DxccEntity& d = r.entity;
+        auto number = [](int n) { return n > 0 ? QString::number(n) : QString(); };
+        out_ << call.toUpper() << '\t' << d.name << '\t' << number(d.dxccNr) << '\t' << number(d.cqZone)
+             << '\t' << number(d.ituZone) << '\t' << d.continent << '\n';
     }
     out_.flush();
     return status;

@@ -292,8 +292,8 @@ DatabaseFile::Opening DatabaseFile::open(const Places& places)
     const QString beside
         = places.programDir.isEmpty() ? QString() : QDir(places.programDir).absoluteFilePath(FileName);
     if (places.configured.isEmpty() && o.path != beside) {
-        // The program's folder cannot be written: the application-data folder is made on first
-        // use, and a log already beside the program is carried over once rather than left behind
+        // The application-data folder is made on first use. A log beside the program that is
+        // not used (its folder cannot be written) is carried over once rather than left behind
         // an empty new one.
         QDir().mkpath(places.appDataDir);
         if (!beside.isEmpty() && QFileInfo::exists(beside) && !QFileInfo::exists(o.path)) {

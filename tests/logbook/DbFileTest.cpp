@@ -315,7 +315,7 @@ TEST_F(DbFileEdges, AJournalLeftWithoutItsDatabaseIsMovedAsideNotMerged)
     ASSERT_FALSE(journal.isEmpty());
     ASSERT_TRUE(QFile::remove(file));
 
-    const DbError e = DatabaseFile::connect(station, places());
+    const DbError e = DatabaseFile::connect(station, places(file));
     ASSERT_FALSE(e) << e.text().toStdString();
     EXPECT_EQ(callsigns(file), QStringList {}) << "the new log starts empty";
     const QStringList aside = QDir(tmp.file(QStringLiteral("prog")))

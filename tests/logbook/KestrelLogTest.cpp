@@ -117,7 +117,7 @@ TEST_F(KestrelLog, ImportsAndExportsAdifOfAllBandsOrOne)
 
 TEST_F(KestrelLog, DxccGivesOneLineACallAsTheLookupDoes)
 {
-    const QStringList calls = { "DL1ABC", "g4xyz", "JA1XYZ" };
+    const QStringList calls = { "DL1ABC", "g4xyz", "JA1XYZ", "F/DL1ABC", "IT9XXX" };
     const ToolRun r = kestrelLog(QStringList { "--db", db.path(), "dxcc" } + calls);
     EXPECT_EQ(r.status, 0) << r.err.toStdString();
     EXPECT_EQ(r.err, "");
@@ -129,7 +129,10 @@ TEST_F(KestrelLog, DxccGivesOneLineACallAsTheLookupDoes)
         EXPECT_EQ(fields[0], calls[i].toUpper());
         const DxccLookupResult expected = DxccLookup::lookup(db.path(), calls[i].toUpper());
         ASSERT_TRUE(expected.found);
-        EXPECT_EQ(fields[1], expected.entity);
+        EXPECT_EQ(fields.mid(1),
+            (QStringList { expected.entity.name, QString::number(expected.entity.dxccNr),
+                QString::number(expected.entity.cqZone), QString::number(expected.entity.ituZone),
+                expected.entity.continent }));
     }
     const ToolRun none = kestrelLog({ "--db", db.path(), "dxcc", "Q1ABC" });
     EXPECT_EQ(none.status, 1);
