@@ -107,8 +107,12 @@ TEST(OwnLocator, ABadOneGivesItsMessageAndNoNanInWindowBeaconsLogbookOrMap)
         // a beacon chosen in the list: no heading for the rotator
         prompts.shown.clear();
         BeaconPanel& beacons = assembly.beacons().panel();
-        ASSERT_GT(beacons.model().rowCount(), 0);
-        beacons.grid()->setCurrentIndex(beacons.model().index(0, 0));
+        // one the rig can take without a transverter, so the only message is the locator's
+        int row = 0;
+        while (row < beacons.model().rowCount() && beacons.model().index(row, 2).data().toDouble() >= 1e6)
+            ++row;
+        ASSERT_LT(row, beacons.model().rowCount());
+        beacons.grid()->setCurrentIndex(beacons.model().index(row, 0));
         EXPECT_EQ(prompts.shown, QStringList { message });
         EXPECT_EQ(form.ui().Text160->text(), QString());
 
