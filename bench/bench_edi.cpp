@@ -110,7 +110,7 @@ int main(int argc, char** argv)
 
     QString report;
     const double edi = medianMs(21, [&] {
-        EdiExport e(path, QStringLiteral("144%"), true);
+        EdiExport e(path, QStringLiteral("144%"), LogClock::Base::Utc);
         e.write(contest, dir.filePath(QStringLiteral("2m.edi")));
         report = e.report();
     });
