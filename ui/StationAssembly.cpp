@@ -7,6 +7,8 @@
 #include "gps/GpsdSource.h"
 #include "hub/StationHub.h"
 #include "logbook/db/DatabaseFile.h"
+#include "mapexport/LogMapFields.h"
+#include "mapexport/RichtungQrb.h"
 #include "ui/beacons/BeaconStation.h"
 #include "ui/cluster/ClusterWindow.h"
 #include "ui/form1/Form1.h"
@@ -18,11 +20,13 @@
 #include "ui/rig/StationPanels.h"
 #include "ui/rotator/RotatorPanel.h"
 #include "ui/spectrum/SpectrumPanel.h"
+#include "wsjtx/WsjtxListener.h"
 
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QStatusBar>
 
 StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* viewer)
     : panels_(new StationPanels(form1, OutputLines::fromSettings()))
@@ -57,6 +61,7 @@ StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* view
     });
 
     serveStation(form1, station);
+    listenToWsjtx(form1, station);
     registerWindows(form1, station);
 }
 
@@ -76,10 +81,48 @@ void StationAssembly::serveStation(Form1& form1, Station& station)
     hub_->start();
 }
 
+void StationAssembly::listenToWsjtx(Form1& form1, Station& station)
+{
+    const WsjtxSettings settings = WsjtxSettings::fromIni();
+    if (!settings.enabled)
+        return;
+    wsjtx_ = new WsjtxListener(&form1);
+    auto* shown = new QLabel(&form1);
+    shown->setObjectName(QStringLiteral("wsjtxStatus"));
+    form1.statusBar()->addPermanentWidget(shown);
+    QObject::connect(wsjtx_, &WsjtxListener::statusChanged, shown, &QLabel::setText);
+    // Contacts go into the log the start-up has opened.
+    QObject::connect(&form1, &Form1::loaded, wsjtx_, [&form1, &station, settings, wsjtx = wsjtx_] {
+        if (station.dbConnection.isEmpty())
+            DatabaseFile::connect(station);
+        // The locator procedure of the ADIF import: the window's own map fields stay untouched.
+        LocatorProcedure locate = [&station](const QString& grid, MapPosition& p) {
+            LogMapFields scratch;
+            const QString coordBefore = station.coordText;
+            const bool ok = RichtungQRB(station, scratch, grid);
+            if (ok)
+                p = { station.coordText, scratch.distanceKm, scratch.bearing };
+            station.coordText = coordBefore;
+            return ok;
+        };
+        wsjtx->setContactLog(std::make_unique<WsjtxContactLog>(
+            station.dbConnection, std::move(locate), LogClock::configured()));
+        if (!wsjtx->listen(settings.address, settings.port))
+            form1.statusBar()->showMessage(QStringLiteral("WSJT-X: cannot listen on %1 port %2: %3")
+                                               .arg(settings.address.toString())
+                                               .arg(settings.port)
+                                               .arg(wsjtx->error()));
+    });
+}
+
 void StationAssembly::registerWindows(Form1& form1, Station& station)
 {
-    form1.registerWindow(
-        QStringLiteral("mnuARLog"), [&station](QWidget* parent) { return new Form5(station, parent); });
+    form1.registerWindow(QStringLiteral("mnuARLog"), [&station, wsjtx = wsjtx_](QWidget* parent) {
+        auto* form5 = new Form5(station, parent);
+        if (wsjtx)
+            form5->attachWsjtx(*wsjtx);
+        return form5;
+    });
     form1.registerWindow(QStringLiteral("mnuGPS"), [&station](QWidget* parent) {
         auto* form4 = new Form4(station, parent);
         if (ExtensionSettings::value(ExtensionKey::GpsSource) == u"gpsd") {

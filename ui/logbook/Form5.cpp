@@ -19,6 +19,7 @@
 #include "mapexport/RichtungQrb.h"
 #include "ui/logbook/SlicedJob.h"
 #include "ui/widgets/OptionGroup.h"
+#include "wsjtx/WsjtxListener.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
@@ -77,6 +78,16 @@ Form5::Form5(Station& station, QWidget* parent)
 }
 
 Form5::~Form5() = default;
+
+void Form5::attachWsjtx(WsjtxListener& listener)
+{
+    ui_.wsjtxStatus->setText(listener.statusText());
+    connect(&listener, &WsjtxListener::statusChanged, ui_.wsjtxStatus, &QLabel::setText);
+    connect(&listener, &WsjtxListener::contactSaved, this, [this] {
+        if (!isBusy())
+            runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
+    });
+}
 
 void Form5::setMapViewer(MapViewer* viewer)
 {

@@ -25,6 +25,7 @@ class LogMapExport;
 class MapViewer;
 class SlicedJob;
 class Station;
+class WsjtxListener;
 
 class Form5 : public QWidget {
     Q_OBJECT
@@ -33,6 +34,10 @@ public:
     // window's state as the program's start-up expects: captions, band, list.
     explicit Form5(Station& station, QWidget* parent = nullptr);
     ~Form5() override;
+
+    // Shows the live Status of WSJT-X beside the entry line, and counts and lists again when
+    // it logs a contact (as a save of the entry line does).
+    void attachWsjtx(WsjtxListener& listener);
 
     // The viewer the GoogleEarth export starts (tests hand in a recording one).
     void setMapViewer(MapViewer* viewer);

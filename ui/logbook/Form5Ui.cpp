@@ -133,6 +133,8 @@ void Form5Ui::setupUi(QWidget* window)
     entryRow->addWidget(cou);
     qrbInfo = label("qrbInfo", QString(), entry);
     entryRow->addWidget(qrbInfo, 1);
+    wsjtxStatus = label("wsjtxStatus", QString(), entry);
+    entryRow->addWidget(wsjtxStatus);
     addnew = button("addnew", QStringLiteral("&New QSO"), entry);
     Save = button("Save", QStringLiteral("&Save"), entry);
     Save->setAutoDefault(true); // Enter on the focused button saves

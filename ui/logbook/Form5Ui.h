@@ -21,6 +21,7 @@ struct Form5Ui {
     QLineEdit *Ba = nullptr, *mo = nullptr, *Na = nullptr, *Co = nullptr, *Qs = nullptr, *Pr = nullptr;
     QLabel* cou = nullptr;
     QLabel* qrbInfo = nullptr; // distance and bearing of the locator entered
+    QLabel* wsjtxStatus = nullptr; // WSJT-X's live Status: DX call, grid, frequency, mode
     QPushButton* Save = nullptr;
     QPushButton* addnew = nullptr;
 
