@@ -98,5 +98,6 @@ WsjtxContactLog::Outcome WsjtxContactLog::log(const AdifRecord& record)
     }
     known_.insert(key);
     out.kind = Outcome::Saved;
+    out.saved = { c.callsign, c.date, c.band, c.mode, c.grid, c.qsl, c.dxcc };
     return out;
 }

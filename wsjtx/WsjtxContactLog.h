@@ -8,6 +8,7 @@
 // Logged ADIF), and a second program on the same radio may send it once more.
 #include "logbook/adif/AdifReader.h"
 #include "logbook/browse/DxccIndex.h"
+#include "logbook/browse/WorkedContact.h"
 #include "logbook/entry/LogClock.h"
 #include "logbook/entry/MapPosition.h"
 
@@ -22,6 +23,7 @@ public:
         Kind kind = Refused;
         QString callsign;
         QString text; // why it was refused or failed
+        WorkedContact saved; // as it went into the log
     };
 
     WsjtxContactLog(const QString& connection, LocatorProcedure locate, LogClock::Base clock);

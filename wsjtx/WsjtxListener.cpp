@@ -115,7 +115,7 @@ void WsjtxListener::logContact(const QString& id, const AdifRecord& record)
     switch (o.kind) {
     case WsjtxContactLog::Outcome::Saved:
         qCInfo(lcWsjtx).noquote() << id << "logged" << o.callsign;
-        emit contactSaved(o.callsign);
+        emit contactSaved(o.saved);
         break;
     case WsjtxContactLog::Outcome::AlreadyLogged:
         qCDebug(lcWsjtx).noquote() << id << "sent" << o.callsign << "again";

@@ -56,7 +56,7 @@ public:
 signals:
     void statusChanged(const QString& text);
     // A contact saved in the log.
-    void contactSaved(const QString& callsign);
+    void contactSaved(const WorkedContact& contact);
 
 private:
     struct Sender {

@@ -5,6 +5,7 @@
 #include "ui/logbook/Form5.h"
 #include "wsjtx/WsjtxListener.h"
 
+#include <QListWidget>
 #include <QTableView>
 #include <QUdpSocket>
 
@@ -14,12 +15,16 @@ namespace {
 
 TEST(WsjtxForm5, StatusShowsTheDxCallInTheEntryLineWhileLive)
 {
-    Form5Fixture f;
+    Form5Fixture f(10,
+        { contact("DL1ABC", "JO62QM", "144", { { "mode", "FT8" }, { "DXCC", "Fed. Rep. of Germany" } }) });
     WsjtxListener listener(
         std::make_unique<WsjtxContactLog>(f.db.path(), f.db.locator(), LogClock::Base::Utc));
     ASSERT_TRUE(listener.listen(QHostAddress::LocalHost, 0));
     f.form->attachWsjtx(listener);
     EXPECT_EQ(f.text("wsjtxStatus"), "");
+    f.edit("Ba")->setText(QStringLiteral("144"));
+    auto* worked = f.child<QListWidget>("workedBefore");
+    EXPECT_EQ(worked->count(), 0);
 
     QUdpSocket wsjtx;
     WsjtxStatus s;
@@ -33,6 +38,10 @@ TEST(WsjtxForm5, StatusShowsTheDxCallInTheEntryLineWhileLive)
     EXPECT_EQ(f.text("wsjtxStatus"), "WSJT-X: DL1ABC JO62  144.174 MHz FT8");
     // The entry line itself is the operator's: nothing typed there is overwritten.
     EXPECT_EQ(f.text("Ca"), "");
+    // Its DX call gets the worked-before check of a typed one.
+    ASSERT_EQ(worked->count(), 2);
+    EXPECT_EQ(worked->item(0)->text(), "DUPE on 144");
+    EXPECT_EQ(worked->item(1)->text(), "15.11.2026  144  FT8  JO62QM");
 
     wsjtx.writeDatagram(
         WsjtxDatagram::close(QStringLiteral("WSJT-X")), QHostAddress::LocalHost, listener.port());

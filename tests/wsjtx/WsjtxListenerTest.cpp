@@ -61,7 +61,7 @@ TEST(WsjtxListener, QsoLoggedAndLoggedAdifOfOneContactSaveOneRowWithEveryField)
         ASSERT_TRUE(saved.wait(3000));
         QTest::qWait(300);
         EXPECT_EQ(saved.size(), 1);
-        EXPECT_EQ(saved.first().first().toString(), "OH6ABC");
+        EXPECT_EQ(saved.first().first().value<WorkedContact>().callsign, "OH6ABC");
         const QList<Row> rows = l.db.rows(AllColumns);
         ASSERT_EQ(rows.size(), 1) << "ADIF first: " << adifFirst;
         const QStringList got = texts(rows.first());

@@ -7,7 +7,9 @@
 #include "logbook/browse/LogGridModel.h"
 #include "logbook/browse/LogList.h"
 #include "logbook/browse/LogSearch.h"
+#include "logbook/browse/WorkedBefore.h"
 #include "logbook/db/DatabaseFile.h"
+#include "logbook/db/LogDate.h"
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
@@ -30,6 +32,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
@@ -40,6 +43,7 @@ Form5::Form5(Station& station, QWidget* parent)
     , station_(station)
     , ownViewer_(std::make_unique<DesktopMapViewer>())
     , viewer_(ownViewer_.get())
+    , worked_(std::make_unique<WorkedBefore>())
 {
     ui_.setupUi(this);
     resize(1180, 720);
@@ -71,6 +75,9 @@ Form5::Form5(Station& station, QWidget* parent)
     connect(model_, &LogGridModel::sortFailed, this,
         [this](const QString& text) { showError(text, QStringLiteral("DataGrid1_HeadClick")); });
 
+    for (QLineEdit* b : { ui_.Ca, ui_.Gr, ui_.Ba })
+        connect(b, &QLineEdit::textChanged, this, &Form5::showWorkedBefore);
+
     // The program's start-up creates this window before its first database access.
     if (station_.dbConnection.isEmpty())
         DatabaseFile::connect(station_);
@@ -81,12 +88,32 @@ Form5::~Form5() = default;
 
 void Form5::attachWsjtx(WsjtxListener& listener)
 {
+    wsjtx_ = &listener;
     ui_.wsjtxStatus->setText(listener.statusText());
-    connect(&listener, &WsjtxListener::statusChanged, ui_.wsjtxStatus, &QLabel::setText);
-    connect(&listener, &WsjtxListener::contactSaved, this, [this] {
+    connect(&listener, &WsjtxListener::statusChanged, this, [this](const QString& text) {
+        ui_.wsjtxStatus->setText(text);
+        showWorkedBefore();
+    });
+    connect(&listener, &WsjtxListener::contactSaved, this, [this](const WorkedContact& contact) {
+        worked_->add(contact);
+        showWorkedBefore();
         if (!isBusy())
             runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
     });
+}
+
+void Form5::showWorkedBefore()
+{
+    QString call = ui_.Ca->text();
+    QString locator = ui_.Gr->text();
+    if (call.isEmpty() && wsjtx_ && wsjtx_->hasLiveStatus()) {
+        call = wsjtx_->liveStatus().dxCall;
+        locator = wsjtx_->liveStatus().dxGrid;
+    }
+    const QString band = ui_.Ba->text();
+    const QStringList lines = WorkedBefore::lines(worked_->check(call, band, locator), band);
+    ui_.workedBefore->clear();
+    ui_.workedBefore->addItems(lines);
 }
 
 void Form5::setMapViewer(MapViewer* viewer)
@@ -128,6 +155,7 @@ void Form5::openWindow()
     if (DxccLookup::convertPatterns(station_.dbConnection, &e) < 0)
         showError(e.text(), QStringLiteral("Form_Load"));
     loadLogList(QStringLiteral("Form_Load"));
+    worked_->load(station_.dbConnection); // an unreadable log leaves the list empty
 }
 
 void Form5::closeWindow()
@@ -271,6 +299,7 @@ void Form5::Save_Click()
         station_.prompts.information(ContactSave::NoNewRecordset);
         return;
     }
+    worked_->add({ l.Ca, LogDate::toStored(l.DA), l.Ba, l.mo, l.Gr, l.Qs, l.cou });
     for (QLineEdit* b :
         { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs, ui_.Co, ui_.Pr })
         b->clear();

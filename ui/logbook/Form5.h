@@ -25,6 +25,7 @@ class LogMapExport;
 class MapViewer;
 class SlicedJob;
 class Station;
+class WorkedBefore;
 class WsjtxListener;
 
 class Form5 : public QWidget {
@@ -38,6 +39,8 @@ public:
     // Shows the live Status of WSJT-X beside the entry line, and counts and lists again when
     // it logs a contact (as a save of the entry line does).
     void attachWsjtx(WsjtxListener& listener);
+    // The worked-before list for the call typed (or, with none typed, WSJT-X's DX call).
+    void showWorkedBefore();
 
     // The viewer the GoogleEarth export starts (tests hand in a recording one).
     void setMapViewer(MapViewer* viewer);
@@ -106,4 +109,6 @@ private:
     LogMapExport* mapExport_ = nullptr;
     QPointer<SlicedJob> job_;
     QPointer<SlicedJob> countsJob_;
+    std::unique_ptr<WorkedBefore> worked_;
+    QPointer<WsjtxListener> wsjtx_;
 };

@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
@@ -141,6 +142,10 @@ void Form5Ui::setupUi(QWidget* window)
     entryRow->addWidget(addnew);
     entryRow->addWidget(Save);
     eg->addLayout(entryRow, 2, 0, 1, int(std::size(boxes)));
+    workedBefore = named(new QListWidget(entry), "workedBefore");
+    workedBefore->setFocusPolicy(Qt::NoFocus); // the entry line's keys move between its boxes
+    workedBefore->setMaximumHeight(80);
+    eg->addWidget(workedBefore, 3, 0, 1, int(std::size(boxes)));
     root->addWidget(entry);
 
     // The log grid.

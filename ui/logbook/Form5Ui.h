@@ -7,6 +7,7 @@ class OptionGroup;
 class QButtonGroup;
 class QCheckBox;
 class QLabel;
+class QListWidget;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
@@ -22,6 +23,7 @@ struct Form5Ui {
     QLabel* cou = nullptr;
     QLabel* qrbInfo = nullptr; // distance and bearing of the locator entered
     QLabel* wsjtxStatus = nullptr; // WSJT-X's live Status: DX call, grid, frequency, mode
+    QListWidget* workedBefore = nullptr; // earlier contacts with the call, dupe and new flags
     QPushButton* Save = nullptr;
     QPushButton* addnew = nullptr;
 
