@@ -96,8 +96,8 @@ void row(const char* what, double ms, const char* target = "")
     std::printf("  %-60s %10.1f ms   %s\n", what, ms, target);
 }
 
-// Worked-before while typing: each keystroke into the call box until the list under the entry
-// line is filled again, against the same keystrokes into the name box (no list) as reference.
+// Worked-before and check partial while typing: each keystroke into the call box until both
+// lists under the entry line are filled again, against the same keys in the name box (no list).
 void workedBeforeTyping(Form5& form, const QString& path)
 {
     QElapsedTimer t;
@@ -143,7 +143,7 @@ void workedBeforeTyping(Form5& form, const QString& path)
     na->clear();
     char text[160];
     std::snprintf(text, sizeof text,
-        "keystroke in the call box until the worked-before list shows (%zu keys)", withList.size());
+        "keystroke in the call box until worked-before and check partial show (%zu keys)", withList.size());
     const auto fine = [](const char* what, double ms, const char* target = "") {
         std::printf("  %-60s %10.3f ms   %s\n", what, ms, target);
     };

@@ -49,6 +49,8 @@ inline const QString LogClock = QStringLiteral("log/clock");
 inline const QString WsjtxEnabled = QStringLiteral("wsjtx/enabled");
 inline const QString WsjtxAddress = QStringLiteral("wsjtx/address");
 inline const QString WsjtxPort = QStringLiteral("wsjtx/port");
+// The check-partial list of known calls (MASTER.SCP); empty: the one of Debian's hamradio-files.
+inline const QString ScpFile = QStringLiteral("scp/file");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

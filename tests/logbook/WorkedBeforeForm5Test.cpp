@@ -1,5 +1,7 @@
-// The worked-before list of the logbook window, typed letter by letter into the call box.
+// The worked-before and check-partial lists of the logbook window, typed letter by letter
+// into the call box.
 #include "Form5Fixture.h"
+#include "logbook/browse/CheckPartial.h"
 
 #include <QListWidget>
 
@@ -34,6 +36,9 @@ TEST(WorkedBeforeForm5, ListFollowsEveryLetterTypedAndEverySave)
         { "DUPE on 144", "12.08.2025  144  MSK144  KP22CD" },
         { "01.06.2024  432  Q65  KP22CD" },
     };
+    auto* partial = f.child<QListWidget>("checkPartial");
+    CheckPartial scp; // Debian's file when installed; without it the list stays empty
+    scp.load(CheckPartial::defaultPath());
     QLineEdit* ca = f.edit("Ca");
     ca->setFocus();
     const QString typed = QStringLiteral("oh6abc"); // the box makes it upper case
@@ -41,6 +46,7 @@ TEST(WorkedBeforeForm5, ListFollowsEveryLetterTypedAndEverySave)
         QTest::keyClick(ca, typed[n].toLatin1());
         EXPECT_EQ(ca->text(), typed.left(n + 1).toUpper());
         EXPECT_EQ(items(list), expected[n]) << n;
+        EXPECT_EQ(items(partial), scp.matches(ca->text())) << n;
     }
     // Saved on 144: the next time the call is a dupe there.
     f.edit("DA")->setText(QStringLiteral("15.11.2026"));

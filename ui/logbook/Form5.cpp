@@ -2,6 +2,7 @@
 
 #include "core/Station.h"
 #include "core/StationConfig.h"
+#include "logbook/browse/CheckPartial.h"
 #include "logbook/browse/DxccLookup.h"
 #include "logbook/browse/GridColumns.h"
 #include "logbook/browse/LogGridModel.h"
@@ -44,6 +45,7 @@ Form5::Form5(Station& station, QWidget* parent)
     , ownViewer_(std::make_unique<DesktopMapViewer>())
     , viewer_(ownViewer_.get())
     , worked_(std::make_unique<WorkedBefore>())
+    , partial_(std::make_unique<CheckPartial>())
 {
     ui_.setupUi(this);
     resize(1180, 720);
@@ -114,6 +116,8 @@ void Form5::showWorkedBefore()
     const QStringList lines = WorkedBefore::lines(worked_->check(call, band, locator), band);
     ui_.workedBefore->clear();
     ui_.workedBefore->addItems(lines);
+    ui_.checkPartial->clear();
+    ui_.checkPartial->addItems(partial_->matches(call));
 }
 
 void Form5::setMapViewer(MapViewer* viewer)
@@ -156,6 +160,8 @@ void Form5::openWindow()
         showError(e.text(), QStringLiteral("Form_Load"));
     loadLogList(QStringLiteral("Form_Load"));
     worked_->load(station_.dbConnection); // an unreadable log leaves the list empty
+    if (partial_->size() == 0)
+        partial_->load(CheckPartial::defaultPath()); // no file: an empty list, no message
 }
 
 void Form5::closeWindow()

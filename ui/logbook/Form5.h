@@ -25,6 +25,7 @@ class LogMapExport;
 class MapViewer;
 class SlicedJob;
 class Station;
+class CheckPartial;
 class WorkedBefore;
 class WsjtxListener;
 
@@ -39,7 +40,8 @@ public:
     // Shows the live Status of WSJT-X beside the entry line, and counts and lists again when
     // it logs a contact (as a save of the entry line does).
     void attachWsjtx(WsjtxListener& listener);
-    // The worked-before list for the call typed (or, with none typed, WSJT-X's DX call).
+    // The worked-before and check-partial lists for the call typed (or, with none typed,
+    // WSJT-X's DX call).
     void showWorkedBefore();
 
     // The viewer the GoogleEarth export starts (tests hand in a recording one).
@@ -110,5 +112,6 @@ private:
     QPointer<SlicedJob> job_;
     QPointer<SlicedJob> countsJob_;
     std::unique_ptr<WorkedBefore> worked_;
+    std::unique_ptr<CheckPartial> partial_;
     QPointer<WsjtxListener> wsjtx_;
 };

@@ -142,10 +142,18 @@ void Form5Ui::setupUi(QWidget* window)
     entryRow->addWidget(addnew);
     entryRow->addWidget(Save);
     eg->addLayout(entryRow, 2, 0, 1, int(std::size(boxes)));
+    auto* lists = new QHBoxLayout;
     workedBefore = named(new QListWidget(entry), "workedBefore");
-    workedBefore->setFocusPolicy(Qt::NoFocus); // the entry line's keys move between its boxes
-    workedBefore->setMaximumHeight(80);
-    eg->addWidget(workedBefore, 3, 0, 1, int(std::size(boxes)));
+    checkPartial = named(new QListWidget(entry), "checkPartial");
+    for (QListWidget* list : { workedBefore, checkPartial }) {
+        list->setFocusPolicy(Qt::NoFocus); // the entry line's keys move between its boxes
+        list->setMaximumHeight(80);
+    }
+    checkPartial->setFlow(QListView::LeftToRight);
+    checkPartial->setWrapping(true);
+    lists->addWidget(workedBefore, 1);
+    lists->addWidget(checkPartial, 1);
+    eg->addLayout(lists, 3, 0, 1, int(std::size(boxes)));
     root->addWidget(entry);
 
     // The log grid.

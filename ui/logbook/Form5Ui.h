@@ -24,6 +24,7 @@ struct Form5Ui {
     QLabel* qrbInfo = nullptr; // distance and bearing of the locator entered
     QLabel* wsjtxStatus = nullptr; // WSJT-X's live Status: DX call, grid, frequency, mode
     QListWidget* workedBefore = nullptr; // earlier contacts with the call, dupe and new flags
+    QListWidget* checkPartial = nullptr; // known calls containing the characters typed
     QPushButton* Save = nullptr;
     QPushButton* addnew = nullptr;
 
