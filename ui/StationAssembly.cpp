@@ -7,7 +7,6 @@
 #include "gps/GpsdSource.h"
 #include "hub/StationHub.h"
 #include "logbook/db/DatabaseFile.h"
-#include "mapexport/LogMapFields.h"
 #include "mapexport/RichtungQrb.h"
 #include "ui/beacons/BeaconStation.h"
 #include "ui/cluster/ClusterWindow.h"
@@ -95,18 +94,8 @@ void StationAssembly::listenToWsjtx(Form1& form1, Station& station)
     QObject::connect(&form1, &Form1::loaded, wsjtx_, [&form1, &station, settings, wsjtx = wsjtx_] {
         if (station.dbConnection.isEmpty())
             DatabaseFile::connect(station);
-        // The locator procedure of the ADIF import: the window's own map fields stay untouched.
-        LocatorProcedure locate = [&station](const QString& grid, MapPosition& p) {
-            LogMapFields scratch;
-            const QString coordBefore = station.coordText;
-            const bool ok = RichtungQRB(station, scratch, grid);
-            if (ok)
-                p = { station.coordText, scratch.distanceKm, scratch.bearing };
-            station.coordText = coordBefore;
-            return ok;
-        };
         wsjtx->setContactLog(std::make_unique<WsjtxContactLog>(
-            station.dbConnection, std::move(locate), LogClock::configured()));
+            station.dbConnection, ScratchLocator(station), LogClock::configured()));
         if (!wsjtx->listen(settings.address, settings.port))
             form1.statusBar()->showMessage(QStringLiteral("WSJT-X: cannot listen on %1 port %2: %3")
                                                .arg(settings.address.toString())

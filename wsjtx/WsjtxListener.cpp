@@ -78,6 +78,10 @@ void WsjtxListener::receive(const QByteArray& datagram)
         return;
     }
     const WsjtxMessage& m = d.message;
+    if (!senders_.contains(m.id) && senders_.size() >= MaxSenders) {
+        qCWarning(lcWsjtx).noquote() << "dropped a datagram of a sender beyond" << MaxSenders << ":" << m.id;
+        return;
+    }
     Sender& sender = senders_[m.id];
     sender.seen.start();
     switch (m.type) {

@@ -31,6 +31,8 @@ public:
     // A sender's Status counts as live this long after its last datagram (WSJT-X sends a
     // heartbeat every 15 s).
     static constexpr int LiveMs = 45000;
+    // Senders kept at once; a flood of made-up ids cannot grow the table beyond this.
+    static constexpr int MaxSenders = 64;
 
     explicit WsjtxListener(QObject* parent = nullptr);
     WsjtxListener(std::unique_ptr<WsjtxContactLog> log, QObject* parent = nullptr);
