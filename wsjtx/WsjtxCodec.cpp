@@ -46,7 +46,7 @@ public:
     {
         const qint64 julianDay = number<qint64>(field);
         const quint32 ms = number<quint32>(field);
-        const quint8 spec = number<quint8>(field);
+        const quint8 zoneKind = number<quint8>(field);
         if (failed())
             return {};
         const QDate date = QDate::fromJulianDay(julianDay);
@@ -55,7 +55,7 @@ public:
             fail(QStringLiteral("%1 is no valid date and time").arg(QLatin1String(field)));
             return {};
         }
-        switch (spec) {
+        switch (zoneKind) {
         case 0:
             return QDateTime(date, time, Qt::LocalTime);
         case 1:

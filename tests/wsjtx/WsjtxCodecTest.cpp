@@ -131,7 +131,7 @@ TEST(WsjtxCodec, DamagedDatagramsAreRefusedWithTheReason)
         { "call not UTF-8", badCall, "DX call is not UTF-8" },
         { "length past the end", hugeLength, "mode is cut short" },
         { "no such time", badDate, "date and time off is no valid date and time" },
-        { "unknown time spec", badZone, "date and time off has no valid time zone" },
+        { "unknown kind of time zone", badZone, "date and time off has no valid time zone" },
     };
     for (const auto& c : cases) {
         const WsjtxDecoded d = WsjtxCodec::decode(c.datagram);
