@@ -47,6 +47,13 @@ inline const QString TransverterGroup = QStringLiteral("transverters");
 // The log's clock: "local" (default; the new-contact line fills the local time) or "utc".
 // ADIF files are always in UTC; the import and export convert.
 inline const QString LogClock = QStringLiteral("log/clock");
+// WSJT-X's UDP reporting: "true" listens (off by default) on the address (127.0.0.1, or a
+// multicast group, which is joined) and port (2237) set in WSJT-X as its UDP server.
+inline const QString WsjtxEnabled = QStringLiteral("wsjtx/enabled");
+inline const QString WsjtxAddress = QStringLiteral("wsjtx/address");
+inline const QString WsjtxPort = QStringLiteral("wsjtx/port");
+// The check-partial list of known calls (MASTER.SCP); empty: the one of Debian's hamradio-files.
+inline const QString ScpFile = QStringLiteral("scp/file");
 } // namespace ExtensionKey
 
 class ExtensionSettings {

@@ -50,3 +50,16 @@ bool RichtungQRB(Station& station, LogMapFields& fields, const QString& locatorB
     fields.bearing = r.qtf;
     return true;
 }
+
+LocatorProcedure ScratchLocator(Station& station)
+{
+    return [&station](const QString& grid, MapPosition& p) {
+        LogMapFields scratch;
+        const QString coordBefore = station.coordText;
+        const bool ok = RichtungQRB(station, scratch, grid);
+        if (ok)
+            p = { station.coordText, scratch.distanceKm, scratch.bearing };
+        station.coordText = coordBefore;
+        return ok;
+    };
+}

@@ -1,6 +1,8 @@
 #pragma once
 // The logbook's locator procedure: home coordinates from the own locator, the contact's
 // coordinate text, the outline of its 2-by-1-degree square, and distance and bearing.
+#include "logbook/entry/MapPosition.h"
+
 #include <QString>
 
 class Station;
@@ -26,3 +28,7 @@ QString SquareOutline(double lon, double lat);
 // Otherwise station.coordText, fields.outline, distance and bearing are updated and the
 // pass-over flag is cleared.
 bool RichtungQRB(Station& station, LogMapFields& fields, const QString& locatorBox);
+
+// RichtungQRB as the ADIF import and WSJT-X's contacts use it: on scratch map fields, and with
+// the station's coordinate text put back, so the window's stored values stay as they were.
+LocatorProcedure ScratchLocator(Station& station);

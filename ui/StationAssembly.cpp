@@ -8,6 +8,7 @@
 #include "hub/StationHub.h"
 #include "logbook/db/DatabaseFault.h"
 #include "logbook/db/DatabaseFile.h"
+#include "mapexport/RichtungQrb.h"
 #include "ui/beacons/BeaconStation.h"
 #include "ui/cluster/ClusterWindow.h"
 #include "ui/form1/Form1.h"
@@ -19,11 +20,13 @@
 #include "ui/rig/StationPanels.h"
 #include "ui/rotator/RotatorPanel.h"
 #include "ui/spectrum/SpectrumPanel.h"
+#include "wsjtx/WsjtxListener.h"
 
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QStatusBar>
 
 StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* viewer)
     : panels_(new StationPanels(form1, OutputLines::fromSettings()))
@@ -58,6 +61,7 @@ StationAssembly::StationAssembly(Form1& form1, Station& station, MapViewer* view
     });
 
     serveStation(form1, station);
+    listenToWsjtx(form1, station);
     registerWindows(form1, station);
 }
 
@@ -96,11 +100,37 @@ void connectDatabase(Station& station)
 
 } // namespace
 
+void StationAssembly::listenToWsjtx(Form1& form1, Station& station)
+{
+    const WsjtxSettings settings = WsjtxSettings::fromIni();
+    if (!settings.enabled)
+        return;
+    wsjtx_ = new WsjtxListener(&form1);
+    auto* shown = new QLabel(&form1);
+    shown->setObjectName(QStringLiteral("wsjtxStatus"));
+    form1.statusBar()->addPermanentWidget(shown);
+    QObject::connect(wsjtx_, &WsjtxListener::statusChanged, shown, &QLabel::setText);
+    // Contacts go into the log the start-up has opened.
+    QObject::connect(&form1, &Form1::loaded, wsjtx_, [&form1, &station, settings, wsjtx = wsjtx_] {
+        connectDatabase(station);
+        wsjtx->setContactLog(std::make_unique<WsjtxContactLog>(
+            station.dbConnection, ScratchLocator(station), LogClock::configured()));
+        if (!wsjtx->listen(settings.address, settings.port))
+            form1.statusBar()->showMessage(QStringLiteral("WSJT-X: cannot listen on %1 port %2: %3")
+                                               .arg(settings.address.toString())
+                                               .arg(settings.port)
+                                               .arg(wsjtx->error()));
+    });
+}
+
 void StationAssembly::registerWindows(Form1& form1, Station& station)
 {
-    form1.registerWindow(QStringLiteral("mnuARLog"), [&station](QWidget* parent) {
+    form1.registerWindow(QStringLiteral("mnuARLog"), [&station, wsjtx = wsjtx_](QWidget* parent) {
         connectDatabase(station);
-        return new Form5(station, parent);
+        auto* form5 = new Form5(station, parent);
+        if (wsjtx)
+            form5->attachWsjtx(*wsjtx);
+        return form5;
     });
     form1.registerWindow(QStringLiteral("mnuGPS"), [&station](QWidget* parent) {
         auto* form4 = new Form4(station, parent);

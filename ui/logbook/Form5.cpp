@@ -3,12 +3,15 @@
 #include "core/Station.h"
 #include "core/StationConfig.h"
 #include "geo/Locator.h"
+#include "logbook/browse/CheckPartial.h"
 #include "logbook/browse/DxccLookup.h"
 #include "logbook/browse/GridColumns.h"
 #include "logbook/browse/LogGridModel.h"
 #include "logbook/browse/LogList.h"
 #include "logbook/browse/LogSearch.h"
+#include "logbook/browse/WorkedBefore.h"
 #include "logbook/db/DatabaseFile.h"
+#include "logbook/db/LogDate.h"
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
@@ -21,6 +24,7 @@
 #include "mapexport/RichtungQrb.h"
 #include "ui/logbook/SlicedJob.h"
 #include "ui/widgets/OptionGroup.h"
+#include "wsjtx/WsjtxListener.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
@@ -31,6 +35,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
@@ -41,6 +46,8 @@ Form5::Form5(Station& station, QWidget* parent)
     , station_(station)
     , ownViewer_(std::make_unique<DesktopMapViewer>())
     , viewer_(ownViewer_.get())
+    , worked_(std::make_unique<WorkedBefore>())
+    , partial_(std::make_unique<CheckPartial>())
 {
     ui_.setupUi(this);
     resize(1180, 720);
@@ -74,6 +81,9 @@ Form5::Form5(Station& station, QWidget* parent)
     connect(model_, &LogGridModel::sortFailed, this,
         [this](const QString& text) { showError(text, QStringLiteral("DataGrid1_HeadClick")); });
 
+    for (QLineEdit* b : { ui_.Ca, ui_.Gr, ui_.Ba })
+        connect(b, &QLineEdit::textChanged, this, &Form5::showWorkedBefore);
+
     // The program's start-up creates this window before its first database access.
     if (station_.dbConnection.isEmpty())
         DatabaseFile::connect(station_);
@@ -81,6 +91,38 @@ Form5::Form5(Station& station, QWidget* parent)
 }
 
 Form5::~Form5() = default;
+
+void Form5::attachWsjtx(WsjtxListener& listener)
+{
+    wsjtx_ = &listener;
+    ui_.wsjtxStatus->setText(listener.statusText());
+    connect(&listener, &WsjtxListener::statusChanged, this, [this](const QString& text) {
+        ui_.wsjtxStatus->setText(text);
+        showWorkedBefore();
+    });
+    connect(&listener, &WsjtxListener::contactSaved, this, [this](const WorkedContact& contact) {
+        worked_->add(contact);
+        showWorkedBefore();
+        if (!isBusy())
+            runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
+    });
+}
+
+void Form5::showWorkedBefore()
+{
+    QString call = ui_.Ca->text();
+    QString locator = ui_.Gr->text();
+    if (call.isEmpty() && wsjtx_ && wsjtx_->hasLiveStatus()) {
+        call = wsjtx_->liveStatus().dxCall;
+        locator = wsjtx_->liveStatus().dxGrid;
+    }
+    const QString band = ui_.Ba->text();
+    const QStringList lines = WorkedBefore::lines(worked_->check(call, band, locator), band);
+    ui_.workedBefore->clear();
+    ui_.workedBefore->addItems(lines);
+    ui_.checkPartial->clear();
+    ui_.checkPartial->addItems(partial_->matches(call));
+}
 
 void Form5::setMapViewer(MapViewer* viewer)
 {
@@ -121,6 +163,9 @@ void Form5::openWindow()
     if (DxccLookup::convertPatterns(station_.dbConnection, &e) < 0)
         showError(e.text(), QStringLiteral("Form_Load"));
     loadLogList(QStringLiteral("Form_Load"));
+    worked_->load(station_.dbConnection); // an unreadable log leaves the list empty
+    if (partial_->size() == 0)
+        partial_->load(CheckPartial::defaultPath()); // no file: an empty list, no message
 }
 
 void Form5::closeWindow()
@@ -268,6 +313,7 @@ void Form5::Save_Click()
         station_.prompts.information(ContactSave::NoNewRecordset);
         return;
     }
+    worked_->add({ l.Ca, LogDate::toStored(l.DA), l.Ba, l.mo, l.Gr, l.Qs, l.cou });
     for (QLineEdit* b : { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs,
              ui_.Co, ui_.Pr, ui_.Ns, ui_.Nr })
         b->clear();

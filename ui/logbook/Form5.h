@@ -25,6 +25,9 @@ class LogMapExport;
 class MapViewer;
 class SlicedJob;
 class Station;
+class CheckPartial;
+class WorkedBefore;
+class WsjtxListener;
 
 class Form5 : public QWidget {
     Q_OBJECT
@@ -33,6 +36,13 @@ public:
     // window's state as the program's start-up expects: captions, band, list.
     explicit Form5(Station& station, QWidget* parent = nullptr);
     ~Form5() override;
+
+    // Shows the live Status of WSJT-X beside the entry line, and counts and lists again when
+    // it logs a contact (as a save of the entry line does).
+    void attachWsjtx(WsjtxListener& listener);
+    // The worked-before and check-partial lists for the call typed (or, with none typed,
+    // WSJT-X's DX call).
+    void showWorkedBefore();
 
     // The viewer the GoogleEarth export starts (tests hand in a recording one).
     void setMapViewer(MapViewer* viewer);
@@ -105,4 +115,7 @@ private:
     LogMapExport* mapExport_ = nullptr;
     QPointer<SlicedJob> job_;
     QPointer<SlicedJob> countsJob_;
+    std::unique_ptr<WorkedBefore> worked_;
+    std::unique_ptr<CheckPartial> partial_;
+    QPointer<WsjtxListener> wsjtx_;
 };

@@ -101,15 +101,7 @@ LocatorProcedure Form5::completionLocator()
 // The import's locator procedure: the same arithmetic, leaving the window's stored values alone.
 LocatorProcedure Form5::importLocator()
 {
-    return [this](const QString& grid, MapPosition& p) {
-        LogMapFields scratch;
-        const QString coordBefore = station_.coordText;
-        const bool ok = RichtungQRB(station_, scratch, grid);
-        if (ok)
-            p = { station_.coordText, scratch.distanceKm, scratch.bearing };
-        station_.coordText = coordBefore;
-        return ok;
-    };
+    return ScratchLocator(station_);
 }
 
 void Form5::gridDEC_Click()

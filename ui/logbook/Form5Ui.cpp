@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
@@ -143,12 +144,26 @@ void Form5Ui::setupUi(QWidget* window)
     }
     qrbInfo = label("qrbInfo", QString(), entry);
     entryRow->addWidget(qrbInfo, 1);
+    wsjtxStatus = label("wsjtxStatus", QString(), entry);
+    entryRow->addWidget(wsjtxStatus);
     addnew = button("addnew", QStringLiteral("&New QSO"), entry);
     Save = button("Save", QStringLiteral("&Save"), entry);
     Save->setAutoDefault(true); // Enter on the focused button saves
     entryRow->addWidget(addnew);
     entryRow->addWidget(Save);
     eg->addLayout(entryRow, 2, 0, 1, int(std::size(boxes)));
+    auto* lists = new QHBoxLayout;
+    workedBefore = named(new QListWidget(entry), "workedBefore");
+    checkPartial = named(new QListWidget(entry), "checkPartial");
+    for (QListWidget* list : { workedBefore, checkPartial }) {
+        list->setFocusPolicy(Qt::NoFocus); // the entry line's keys move between its boxes
+        list->setMaximumHeight(80);
+    }
+    checkPartial->setFlow(QListView::LeftToRight);
+    checkPartial->setWrapping(true);
+    lists->addWidget(workedBefore, 1);
+    lists->addWidget(checkPartial, 1);
+    eg->addLayout(lists, 3, 0, 1, int(std::size(boxes)));
     root->addWidget(entry);
 
     // The log grid.

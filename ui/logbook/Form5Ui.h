@@ -7,6 +7,7 @@ class OptionGroup;
 class QButtonGroup;
 class QCheckBox;
 class QLabel;
+class QListWidget;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
@@ -22,6 +23,9 @@ struct Form5Ui {
     QLabel* cou = nullptr;
     QLineEdit *Ns = nullptr, *Nr = nullptr; // contest serial numbers sent and received
     QLabel* qrbInfo = nullptr; // distance and bearing of the locator entered
+    QLabel* wsjtxStatus = nullptr; // WSJT-X's live Status: DX call, grid, frequency, mode
+    QListWidget* workedBefore = nullptr; // earlier contacts with the call, dupe and new flags
+    QListWidget* checkPartial = nullptr; // known calls containing the characters typed
     QPushButton* Save = nullptr;
     QPushButton* addnew = nullptr;
 

@@ -1,0 +1,3 @@
+#include "wsjtx/WsjtxLog.h"
+
+Q_LOGGING_CATEGORY(lcWsjtx, "kestrel.wsjtx")
