@@ -7,8 +7,6 @@
 // same import with an empty prefix list, and the rows it stored inserted plainly through one
 // prepared statement), and the in-memory DXCC index over every call of
 // MASTER.SCP (reference: the window's SQL-text lookup of the same calls).
-#include "core/Prompts.h"
-#include "core/Station.h"
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifImport.h"
 #include "logbook/browse/DxccIndex.h"
@@ -18,8 +16,7 @@
 #include "logbook/db/LogDate.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
-#include "mapexport/LogMapFields.h"
-#include "mapexport/RichtungQrb.h"
+#include "mapexport/ImportLocator.h"
 #include "qsl/QslRunReader.h"
 #include "qsl/QslText.h"
 
@@ -245,16 +242,7 @@ Timing importMs(const QString& path, const QByteArray& adif, bool withDxcc, int*
     DatabaseFile::create(path);
     if (!withDxcc)
         DbConnection(path).exec(QStringLiteral("DELETE FROM dxccdata"));
-    RecordingPrompts prompts;
-    Station station(prompts);
-    station.settings.setText(Setting::MyLocator, QStringLiteral("JN48OW"));
-    auto locate = [&station](const QString& grid, MapPosition& p) {
-        LogMapFields scratch;
-        if (!RichtungQRB(station, scratch, grid))
-            return false;
-        p = { station.coordText, scratch.distanceKm, scratch.bearing };
-        return true;
-    };
+    const ImportLocator locate(QStringLiteral("JN48OW")); // the own locator
     QElapsedTimer t;
     t.start();
     const double cpu = cpuMs();

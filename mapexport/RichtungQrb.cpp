@@ -1,8 +1,7 @@
 #include "mapexport/RichtungQrb.h"
 
 #include "core/Station.h"
-#include "geo/Bearing.h"
-#include "geo/Locator.h"
+#include "mapexport/ContactPosition.h"
 #include "mapexport/KmlTemplates.h"
 #include "mapexport/LogMapFields.h"
 
@@ -29,37 +28,18 @@ QString SquareOutline(double lon, double lat)
 
 bool RichtungQRB(Station& station, LogMapFields& fields, const QString& locatorBox)
 {
-    const std::optional<QString> own = Locator::own(station.settings.textAt(Setting::MyLocator));
-    std::optional<GeoPoint> home;
-    if (own)
-        home = LocatorToDegrees(*own);
+    const std::optional<GeoPoint> home = HomePoint(station.settings.textAt(Setting::MyLocator));
     station.homeCoords = home ? CoordText(*home) : QString();
 
-    const QString contact
-        = Locator::completed((fields.passOver ? fields.passOverSquare : locatorBox).toUpper());
-    if (!Locator::isValid(contact))
+    MapPosition p;
+    const std::optional<GeoPoint> there
+        = LocateContact(fields.passOver ? fields.passOverSquare : locatorBox, home, p);
+    if (!there)
         return false;
-    const GeoPoint there = LocatorToDegrees(contact);
-    station.coordText = CoordText(there);
+    station.coordText = std::move(p.coordText);
     fields.passOver = false;
-
-    fields.outline = SquareOutline(there.lon, there.lat);
-    // without a home there is no distance or bearing: 0 is stored, never a made-up one
-    const BearingResult r = home ? ComputeBearing(*home, there) : BearingResult();
-    fields.distanceKm = static_cast<float>(r.km);
-    fields.bearing = r.qtf;
+    fields.outline = SquareOutline(there->lon, there->lat);
+    fields.distanceKm = p.distanceKm;
+    fields.bearing = p.bearing;
     return true;
-}
-
-LocatorProcedure ScratchLocator(Station& station)
-{
-    return [&station](const QString& grid, MapPosition& p) {
-        LogMapFields scratch;
-        const QString coordBefore = station.coordText;
-        const bool ok = RichtungQRB(station, scratch, grid);
-        if (ok)
-            p = { station.coordText, scratch.distanceKm, scratch.bearing };
-        station.coordText = coordBefore;
-        return ok;
-    };
 }

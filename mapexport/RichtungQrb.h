@@ -28,7 +28,3 @@ QString SquareOutline(double lon, double lat);
 // Otherwise station.coordText, fields.outline, distance and bearing are updated and the
 // pass-over flag is cleared.
 bool RichtungQRB(Station& station, LogMapFields& fields, const QString& locatorBox);
-
-// RichtungQRB as the ADIF import and WSJT-X's contacts use it: on scratch map fields, and with
-// the station's coordinate text put back, so the window's stored values stay as they were.
-LocatorProcedure ScratchLocator(Station& station);

@@ -8,7 +8,7 @@
 #include "hub/StationHub.h"
 #include "logbook/db/DatabaseFault.h"
 #include "logbook/db/DatabaseFile.h"
-#include "mapexport/RichtungQrb.h"
+#include "mapexport/ImportLocator.h"
 #include "ui/beacons/BeaconStation.h"
 #include "ui/cluster/ClusterWindow.h"
 #include "ui/form1/Form1.h"
@@ -113,8 +113,12 @@ void StationAssembly::listenToWsjtx(Form1& form1, Station& station)
     // Contacts go into the log the start-up has opened.
     QObject::connect(&form1, &Form1::loaded, wsjtx_, [&form1, &station, settings, wsjtx = wsjtx_] {
         connectDatabase(station);
-        wsjtx->setContactLog(std::make_unique<WsjtxContactLog>(
-            station.dbConnection, ScratchLocator(station), LogClock::configured()));
+        // The own locator as it stands when each contact arrives (Initial or the GPS may move it).
+        auto locate = [&station](const QString& grid, MapPosition& p) {
+            return ImportLocator(station.settings.textAt(Setting::MyLocator))(grid, p);
+        };
+        wsjtx->setContactLog(
+            std::make_unique<WsjtxContactLog>(station.dbConnection, locate, LogClock::configured()));
         if (!wsjtx->listen(settings.address, settings.port))
             form1.statusBar()->showMessage(QStringLiteral("WSJT-X: cannot listen on %1 port %2: %3")
                                                .arg(settings.address.toString())

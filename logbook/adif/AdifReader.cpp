@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 
 namespace {
 
@@ -82,7 +83,7 @@ AdifReader::Parsed AdifReader::parseTag()
     const QByteArrayView inside = QByteArrayView(data_).sliced(open + 1, close - open - 1).trimmed();
     const qsizetype colon = inside.indexOf(':');
     const qsizetype colons = colon < 0 ? 0 : inside.count(':');
-    const QString name = QString::fromLatin1((colon < 0 ? inside : inside.first(colon)).trimmed()).toUpper();
+    const QString name = fieldName((colon < 0 ? inside : inside.first(colon)).trimmed());
     advanceTo(close + 1);
     if (colons == 0) {
         if (name == QLatin1String("EOR"))
@@ -124,6 +125,19 @@ AdifReader::Parsed AdifReader::parseTag()
     p.value = decode(QByteArrayView(data_).sliced(close + 1, end - close - 1));
     advanceTo(end);
     return p;
+}
+
+QString AdifReader::fieldName(QByteArrayView spelled)
+{
+    for (const auto& [bytes, name] : names_) {
+        if (bytes.size() == spelled.size()
+            && std::memcmp(bytes.constData(), spelled.data(), spelled.size()) == 0)
+            return name;
+    }
+    QString name = QString::fromLatin1(spelled).toUpper();
+    if (names_.size() < kMaxNames)
+        names_.push_back({ spelled.toByteArray(), name });
+    return name;
 }
 
 bool AdifReader::endsCleanly(qint64 end) const

@@ -12,6 +12,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+#include <vector>
+
 struct AdifRecord {
     int line = 0; // line of the record's first field, from 1
     QHash<QString, QString> fields; // upper-case name -> value
@@ -53,9 +56,14 @@ private:
     bool endsCleanly(qint64 end) const;
     // Where `characters` UTF-8 characters from `from` end.
     qint64 characterEnd(qint64 from, qint64 characters) const;
+    // The upper-case name of a tag: every record repeats the same few, so each spelling is
+    // made into a QString once and shared after that.
+    QString fieldName(QByteArrayView spelled);
 
     QByteArray data_;
     qint64 pos_ = 0;
     int line_ = 1;
     QHash<QString, QString> header_;
+    static constexpr std::size_t kMaxNames = 128; // a file of ever new names stays cheap to search
+    std::vector<std::pair<QByteArray, QString>> names_;
 };

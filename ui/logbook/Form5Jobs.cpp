@@ -6,6 +6,7 @@
 #include "logbook/completion/MapDataCompletion.h"
 #include "logbook/entry/LogClock.h"
 #include "logbook/edi/EdiExport.h"
+#include "mapexport/ImportLocator.h"
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
 #include "mapexport/RichtungQrb.h"
@@ -98,10 +99,10 @@ LocatorProcedure Form5::completionLocator()
     };
 }
 
-// The import's locator procedure: the same arithmetic, leaving the window's stored values alone.
+// The import's locator procedure: RichtungQRB's stored values, leaving the window's fields alone.
 LocatorProcedure Form5::importLocator()
 {
-    return ScratchLocator(station_);
+    return ImportLocator(station_.settings.textAt(Setting::MyLocator));
 }
 
 void Form5::gridDEC_Click()
