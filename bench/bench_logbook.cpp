@@ -243,7 +243,8 @@ void readAndMark(const QString& path)
     row("  the same, CPU time", batched.cpuMs, "");
     row("  reading alone (print preview)", peek.wallMs, "");
     row("  reading alone, CPU time", peek.cpuMs, "");
-    std::printf("  %-58s %9.2f x\n", "  read and mark against reading alone (CPU time)", batched.cpuMs / peek.cpuMs);
+    std::printf(
+        "  %-58s %9.2f x\n", "  read and mark against reading alone (CPU time)", batched.cpuMs / peek.cpuMs);
     row("  reference: each letter on its own connection (101, scaled)", oneByOne, "");
     std::printf("  %-58s %9.0f x\n", "  the reference against the print run", oneByOne / batched.wallMs);
 }
