@@ -79,11 +79,16 @@ DbConnection::DbConnection(const QString& file, int busyTimeoutMs, bool create)
 DbConnection::~DbConnection()
 {
     // What a write action left in the write-ahead journal goes into the file as it ends, so that
-    // a copy of backup.db alone holds every saved contact. Passive: a reader or writer in the way
-    // is not waited for, the next write action's close takes the rest.
-    if (open_ && sqlite3_get_autocommit(handle_) && (committed_ || sqlite3_total_changes(handle_) > 0))
-        sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+    // a copy of backup.db alone holds every saved contact, and the journal is emptied: every
+    // connection opened while no other is open re-reads the whole journal, which cost a print
+    // run more than its own work. Not waited for: with a reader or writer in the way this is a
+    // passive checkpoint, and the next write action's close takes the rest.
+    if (open_ && sqlite3_get_autocommit(handle_) && (committed_ || sqlite3_total_changes(handle_) > 0)) {
+        sqlite3_busy_timeout(handle_, 0);
+        sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+    }
     handle_ = nullptr;
+    prepared_.clear();
     {
         QSqlDatabase db = QSqlDatabase::database(name_, false);
         if (db.isValid())
@@ -145,17 +150,35 @@ bool DbConnection::exec(const QString& sql, const QVariantList& values)
 {
     if (!open_)
         return false;
-    QSqlQuery q(database());
-    if (!q.prepare(sql)) {
+    // A statement with values is kept prepared: a run of writes repeats the same few texts,
+    // and preparing one costs as much as running it.
+    auto prepareFailed = [&](const QSqlQuery& q) {
         const QSqlError e = q.lastError();
         return fail(e.nativeErrorCode().toInt(), e.databaseText() + QStringLiteral(" in: ") + sql);
+    };
+    QSqlQuery scratch;
+    QSqlQuery* q = &scratch;
+    if (values.isEmpty()) {
+        scratch = QSqlQuery(database());
+        if (!scratch.prepare(sql))
+            return prepareFailed(scratch);
+    } else {
+        auto it = prepared_.find(sql);
+        if (it == prepared_.end()) {
+            QSqlQuery fresh(database());
+            if (!fresh.prepare(sql))
+                return prepareFailed(fresh);
+            it = prepared_.insert(sql, fresh);
+        }
+        q = &it.value();
     }
-    for (const QVariant& v : values)
-        q.addBindValue(v);
-    if (!q.exec()) {
-        const QSqlError e = q.lastError();
+    for (int i = 0; i < values.size(); ++i)
+        q->bindValue(i, values[i]);
+    const bool ok = q->exec();
+    const QSqlError e = q->lastError();
+    q->finish(); // a kept statement must not hold the read lock of its last run
+    if (!ok)
         return fail(e.nativeErrorCode().toInt(), e.databaseText() + QStringLiteral(" in: ") + sql);
-    }
     return true;
 }
 

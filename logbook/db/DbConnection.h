@@ -5,7 +5,9 @@
 // never created by accident; failures become a DbError with a sentence the operator can read.
 #include "logbook/db/DbError.h"
 
+#include <QHash>
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QString>
 #include <QVariantList>
 
@@ -49,4 +51,5 @@ private:
     bool open_ = false;
     bool committed_ = false; // a transaction was committed (schema changes count no rows)
     DbError error_;
+    QHash<QString, QSqlQuery> prepared_; // statements with values, by text
 };
