@@ -2,7 +2,6 @@
 // simulated station's pseudo-terminals; choosing a beacon must leave the simulated rotator on
 // the bearing the window shows and the simulated rig on the beacon's frequency.
 #include "devices/lines/OutputLines.h"
-#include "core/ExtensionSettings.h"
 #include "devices/link/QtSerialLink.h"
 #include "devices/rig/RigController.h"
 #include "logbook/db/DatabaseFile.h"
@@ -22,7 +21,6 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QRegularExpression>
-#include <QSettings>
 #include <QTest>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -123,11 +121,10 @@ TEST(BeaconSim, EveryStarterRowTunesTheRigToThatRow)
     // RF start (MHz) -> IF start on the rig.
     const QList<std::pair<int, int>> transverters
         = { { 1296, 144 }, { 2320, 144 }, { 3400, 432 }, { 5760, 144 }, { 10368, 144 }, { 24048, 432 } };
-    {
-        QSettings ini(ExtensionSettings::path(), QSettings::IniFormat);
-        for (const auto& [rf, ifStart] : transverters)
-            ini.setValue(QStringLiteral("transverters/%1").arg(rf), ifStart);
-    }
+    QByteArray table = "\n[transverters]\n";
+    for (const auto& [rf, ifStart] : transverters)
+        table += QByteArray::number(rf) + '=' + QByteArray::number(ifStart) + '\n';
+    dir.write(QStringLiteral("Kestrel.ini"), dir.read(QStringLiteral("Kestrel.ini")) + table);
     const QString path = dir.file("starter.db");
     ASSERT_TRUE(DatabaseFile::create(path));
     SimWindow w(path);
