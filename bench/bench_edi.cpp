@@ -2,6 +2,7 @@
 // bands, written by EdiExport (read, score, write) and by the writer alone. Each figure is the
 // median of repeated runs; the export is also given against a reference in the same run: the
 // ADIF export of the same band.
+#include "bench/BenchTiming.h"
 #include "logbook/adif/AdifExport.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
@@ -22,18 +23,6 @@
 
 namespace {
 
-double medianMs(int runs, const std::function<void()>& action)
-{
-    std::vector<double> t;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        action();
-        t.push_back(double(timer.nsecsElapsed()) / 1e6);
-    }
-    std::sort(t.begin(), t.end());
-    return t[t.size() / 2];
-}
 
 QString randomGrid(QRandomGenerator& rng)
 {

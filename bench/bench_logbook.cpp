@@ -7,6 +7,7 @@
 // same import with an empty prefix list, and the rows it stored inserted plainly through one
 // prepared statement), and the in-memory DXCC index over every call of
 // MASTER.SCP (reference: the window's SQL-text lookup of the same calls).
+#include "bench/BenchTiming.h"
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifImport.h"
 #include "logbook/browse/DxccIndex.h"
@@ -47,18 +48,6 @@ const char* const Prefixes[] = { "DL", "DK", "DJ", "G", "M0", "F", "ON", "PA", "
     "HB9", "I", "IK", "S5", "9A", "YU", "LZ", "YO", "SM", "OH", "LA", "OZ", "EA", "CT", "EI", "GM", "GW", "K",
     "W", "N", "VE", "JA", "VK", "ZL", "UA", "UR", "LY" };
 
-double medianMs(int runs, const std::function<void()>& action)
-{
-    std::vector<double> t;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        action();
-        t.push_back(double(timer.nsecsElapsed()) / 1e6);
-    }
-    std::sort(t.begin(), t.end());
-    return t[t.size() / 2];
-}
 
 long statusKb(const char* key)
 {

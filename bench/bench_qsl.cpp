@@ -2,6 +2,7 @@
 // (against the same rows read through a plain QSqlQuery in the same run), the letter change
 // stored per contact, and cards painted into a PDF file. Each figure is the median of
 // repeated runs.
+#include "bench/BenchTiming.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/SqlText.h"
@@ -28,18 +29,6 @@ namespace {
 constexpr int LogSize = 100000;
 constexpr int Selected = 1001;
 
-double medianMs(int runs, const std::function<void()>& action)
-{
-    std::vector<double> t;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        action();
-        t.push_back(double(timer.nsecsElapsed()) / 1e6);
-    }
-    std::sort(t.begin(), t.end());
-    return t[t.size() / 2];
-}
 
 bool fillLog(const QString& path)
 {
