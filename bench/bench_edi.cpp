@@ -2,7 +2,7 @@
 // bands, written by EdiExport (read, score, write) and by the writer alone. Each figure is the
 // median of repeated runs; the export is also given against a reference in the same run: the
 // ADIF export of the same band.
-#include "bench/BenchTiming.h"
+#include "bench/BenchSupport.h"
 #include "logbook/adif/AdifExport.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
@@ -23,18 +23,6 @@
 
 namespace {
 
-
-QString randomGrid(QRandomGenerator& rng)
-{
-    QString g;
-    g += QChar(u'I' + rng.bounded(4));
-    g += QChar(u'L' + rng.bounded(4));
-    g += QString::number(rng.bounded(10));
-    g += QString::number(rng.bounded(10));
-    g += QChar(u'A' + rng.bounded(24));
-    g += QChar(u'A' + rng.bounded(24));
-    return g;
-}
 
 // `perBand` contacts on 144 and as many on 432, over one contest weekend; a few repeat a call.
 QList<EdiQso> generate(const QString& path, int perBand)

@@ -7,7 +7,7 @@
 // same import with an empty prefix list, and the rows it stored inserted plainly through one
 // prepared statement), and the in-memory DXCC index over every call of
 // MASTER.SCP (reference: the window's SQL-text lookup of the same calls).
-#include "bench/BenchTiming.h"
+#include "bench/BenchSupport.h"
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifImport.h"
 #include "logbook/browse/DxccIndex.h"
@@ -71,17 +71,6 @@ QString randomCall(QRandomGenerator& rng)
     return call;
 }
 
-QString randomGrid(QRandomGenerator& rng)
-{
-    QString g;
-    g += QChar(u'I' + rng.bounded(4));
-    g += QChar(u'L' + rng.bounded(4));
-    g += QString::number(rng.bounded(10));
-    g += QString::number(rng.bounded(10));
-    g += QChar(u'A' + rng.bounded(24));
-    g += QChar(u'A' + rng.bounded(24));
-    return g;
-}
 
 // 100 000 contacts in the order they were made, over 20 years, bands uniform.
 void generateLog(const QString& path, int count)

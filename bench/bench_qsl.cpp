@@ -2,7 +2,7 @@
 // (against the same rows read through a plain QSqlQuery in the same run), the letter change
 // stored per contact, and cards painted into a PDF file. Each figure is the median of
 // repeated runs.
-#include "bench/BenchTiming.h"
+#include "bench/BenchSupport.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/SqlText.h"
