@@ -1,0 +1,186 @@
+// SQLite texts into PostgreSQL's dialect: every rule of the table, the traps around literals and
+// parentheses, and every text the logbook issues.
+#include "logbook/db/SqlDialect.h"
+#include "logbook/db/SqlSource.h"
+#include "logbook/db/SqlText.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+struct Case {
+    QString sqlite;
+    QString postgres;
+};
+
+void expectTranslations(const QList<Case>& cases)
+{
+    for (const Case& c : cases) {
+        const QString out = SqlDialect::toPostgres(c.sqlite);
+        EXPECT_EQ(out, c.postgres) << c.sqlite.toStdString();
+        EXPECT_EQ(SqlDialect::toPostgres(out), out) << "not idempotent: " << c.sqlite.toStdString();
+    }
+}
+} // namespace
+
+TEST(SqlDialect, EveryRuleOfTheTableGivesItsExample)
+{
+    QList<Case> cases;
+    for (const SqlDialect::Translation& row : SqlDialect::postgresTable())
+        cases.append({ QString::fromUtf8(row.sqlite), QString::fromUtf8(row.postgres) });
+    ASSERT_EQ(cases.size(), 19);
+    expectTranslations(cases);
+}
+
+TEST(SqlDialect, LiteralsAndUnnamedTextsPassUnchanged)
+{
+    expectTranslations({
+        // LIKE, rowid, NOCASE, "names" and parentheses inside literals stay.
+        { "SELECT * FROM logtab WHERE Comment = 'like rowid' AND Nam LIKE 'O''Neill (LIKE)'",
+            "SELECT * FROM logtab WHERE Comment = 'like rowid' AND Nam ILIKE 'O''Neill (LIKE)'" },
+        { "SELECT 'rowid', rowid FROM t", "SELECT 'rowid', ID FROM t" },
+        { "SELECT * FROM t WHERE a = 'x COLLATE NOCASE \"Q\" ORDER BY b'",
+            "SELECT * FROM t WHERE a = 'x COLLATE NOCASE \"Q\" ORDER BY b'" },
+        { "select *  from logtab where grid <> ''order by grid",
+            "select *  from logtab where grid <> ''order by grid NULLS FIRST" },
+        // An unterminated literal (the head of a spliced text) is a literal to the end.
+        { "SELECT * FROM dxccdata where 'LIKE x", "SELECT * FROM dxccdata where 'LIKE x" },
+        { "UPDATE logtab SET QSL = ? WHERE ID = ? AND QSL = ?",
+            "UPDATE logtab SET QSL = ? WHERE ID = ? AND QSL = ?" },
+        { "UPDATE dxccdata SET \"dxcccode\" = substr(\"dxcccode\", 1, length(\"dxcccode\") - 1) || '%'",
+            "UPDATE dxccdata SET \"dxcccode\" = substr(\"dxcccode\", 1, length(\"dxcccode\") - 1) || '%'" },
+        { "COMMIT", "COMMIT" },
+        { "", "" },
+        // Words that only contain a rule's word.
+        { "SELECT likely, rowids, realm, integer_col FROM t",
+            "SELECT likely, rowids, realm, integer_col FROM t" },
+        // Types are translated in DDL only.
+        { "SELECT CAST(x AS REAL), text(1) FROM t", "SELECT CAST(x AS REAL), text(1) FROM t" },
+    });
+}
+
+TEST(SqlDialect, NestedParenthesesOrderByListsAndCasts)
+{
+    const QString cast
+        = QStringLiteral("CASE WHEN (%1) IS NOT NULL THEN coalesce(CAST(substring(CAST(%1 AS text) "
+                         "from '^\\s*([-+]?[0-9]+)') AS BIGINT), 0) END");
+    expectTranslations({
+        // Both subqueries get a name; each ORDER BY list ends at its own parenthesis.
+        { "SELECT * FROM (SELECT * FROM (SELECT a, (b) FROM t ORDER BY a DESC, (b)) WHERE a = ')' ORDER BY "
+          "b) "
+          "WHERE x ORDER BY a, b desc LIMIT 5",
+            "SELECT * FROM (SELECT * FROM (SELECT a, (b) FROM t ORDER BY a DESC NULLS LAST, (b) NULLS FIRST) "
+            "AS sub "
+            "WHERE a = ')' ORDER BY b NULLS FIRST) AS sub WHERE x ORDER BY a NULLS FIRST, b desc NULLS LAST "
+            "LIMIT 5" },
+        // A subquery that has a name, and one that is a value, stay.
+        { "SELECT (SELECT max(a) FROM t) AS m FROM (SELECT * FROM t) s WHERE 1",
+            "SELECT (SELECT max(a) FROM t) AS m FROM (SELECT * FROM t) s WHERE 1" },
+        { "SELECT * FROM (SELECT * FROM t)", "SELECT * FROM (SELECT * FROM t) AS sub" },
+        { "SELECT * FROM t ORDER BY a NULLS LAST, b",
+            "SELECT * FROM t ORDER BY a NULLS LAST, b NULLS FIRST" },
+        { "SELECT * FROM t ORDER BY lower(a) DESC OFFSET 2",
+            "SELECT * FROM t ORDER BY lower(a) DESC NULLS LAST OFFSET 2" },
+        // The expression keeps its own parentheses and literals; inner casts end up inside outer ones.
+        { "SELECT CAST(substr(a, 1, 2) || ')' AS integer) FROM t",
+            "SELECT " + cast.arg("substr(a, 1, 2) || ')'") + " FROM t" },
+        { "SELECT CAST(CAST(a AS INTEGER) + 1 AS INTEGER)", "SELECT " + cast.arg(cast.arg("a") + " + 1") },
+        { "SELECT CAST(a AS TEXT), CAST(rowid AS INTEGER) FROM t",
+            "SELECT CAST(a AS TEXT), " + cast.arg("ID") + " FROM t" },
+    });
+}
+
+TEST(SqlDialect, NocaseFoldsBothSidesOfAComparison)
+{
+    expectTranslations({
+        { "SELECT 1 FROM dxccdata WHERE dxcccode = ? COLLATE NOCASE AND instr(dxcccode, '%') = 0 AND "
+          "instr(dxcccode, '_') = 0 LIMIT 1",
+            "SELECT 1 FROM dxccdata WHERE lower(dxcccode) = lower(?) AND strpos(dxcccode, '%') = 0 AND "
+            "strpos(dxcccode, '_') = 0 LIMIT 1" },
+        { "SELECT 1 FROM t WHERE t.Call<>'dl1abc' COLLATE nocase",
+            "SELECT 1 FROM t WHERE lower(t.Call)<>lower('dl1abc')" },
+        { "SELECT 1 FROM t WHERE \"T\".\"Call\" = upper(?) COLLATE NOCASE",
+            "SELECT 1 FROM t WHERE lower(\"t\".\"call\") = lower(upper(?))" },
+        { "SELECT * FROM t ORDER BY Call COLLATE NOCASE",
+            "SELECT * FROM t ORDER BY lower(Call) NULLS FIRST" },
+        { "CREATE UNIQUE INDEX i ON t (Call COLLATE NOCASE, Band)",
+            "CREATE UNIQUE INDEX i ON t (lower(Call), Band)" },
+    });
+}
+
+TEST(SqlDialect, BeginAndPragmas)
+{
+    expectTranslations({
+        { "BEGIN IMMEDIATE", "BEGIN" },
+        { "begin deferred", "begin" },
+        { "BEGIN EXCLUSIVE TRANSACTION", "BEGIN TRANSACTION" },
+        { "BEGIN", "BEGIN" },
+        { "PRAGMA user_version = 12", "UPDATE kestrel_schema SET version = 12" },
+        { "PRAGMA synchronous=NORMAL", "" },
+        { "PRAGMA wal_autocheckpoint=0", "" },
+        { "PRAGMA cache_size=-65536", "" },
+        { "PRAGMA temp_store = MEMORY", "" },
+        { "PRAGMA wal_checkpoint(TRUNCATE)", "" },
+    });
+    const QString logtab = SqlDialect::toPostgres(QStringLiteral("PRAGMA table_info(logtab)"));
+    EXPECT_TRUE(logtab.endsWith("table_name = 'logtab' ORDER BY ordinal_position NULLS FIRST"))
+        << logtab.toStdString();
+    EXPECT_EQ(SqlDialect::toPostgres(QStringLiteral("PRAGMA table_info(\"PNT_Beacon\")")),
+        SqlDialect::toPostgres(QStringLiteral("PRAGMA table_info(PNT_Beacon)")));
+}
+
+TEST(SqlDialect, EveryLogbookTextHasItsPostgresForm)
+{
+    const QString logList
+        = SqlSource(SqlText::LogList).statement(SqlText::logListFilter("144"), SqlText::LogListSort);
+    const QString beaconList
+        = SqlSource(SqlText::BeaconList)
+              .statement(SqlText::beaconNameFilter(SqlText::BeaconsOnlyPattern), SqlText::BeaconSortQrg);
+    const QString beaconByName
+        = SqlSource(SqlText::BeaconList).plainStatement(QString(), SqlText::BeaconSortName);
+    const QString search
+        = SqlSource(SqlText::searchByCallsign("O'N")).statement(QString(), SqlText::LogListSort);
+    expectTranslations({
+        { SqlText::LogList, "SELECT * FROM logtab" },
+        { SqlText::LogTabCount, "SELECT * FROM LogTab" },
+        { SqlText::Beacons, "SELECT * FROM PNT_Beacon" },
+        { SqlText::BeaconMap, "select *  from PNT_Beacon" },
+        { SqlText::BeaconList, "SELECT beacon, Locator, qrg, Equipment FROM PNT_beacon" },
+        { SqlText::beaconSearch("GB3"),
+            "SELECT beacon, Locator, qrg, Equipment  FROM PNT_beacon where beacon ILIKE 'GB3%'" },
+        { SqlText::dxccLookup("O'NEILL"), "SELECT * FROM dxccdata where 'O''NEILL' ILIKE dxcccode " },
+        { SqlText::DxccAll, "SELECT * FROM dxccdata  " },
+        { SqlText::searchByCallsign("dl1"), "select * from logtab where  callsign ILIKE 'dl1%'" },
+        { SqlText::searchByGrid("JO"), "select * from logtab where  Grid ILIKE 'JO%'" },
+        { SqlText::LogWithGrid, "select *  from logtab where grid <> ''order by grid NULLS FIRST" },
+        { SqlText::LogWithGridConfirmed,
+            "select *  from logtab where grid <> ''and QSL ILIKE'q' order by grid NULLS FIRST" },
+        { SqlText::LogWithDxcc, "select  *  from logtab where DXCC <>'' order by dxcc NULLS FIRST " },
+        { SqlText::LogWithDxccConfirmed,
+            "select  *  from logtab where DXCC <>'' and QSL ILIKE 'Q'  order by dxcc NULLS FIRST " },
+        { SqlText::qslRun("T"), "select  *  from logtab where  QSL ILIKE 'T' order by callsign NULLS FIRST" },
+        { SqlText::AddLogGEdata, "ALTER TABLE logtab ADD COLUMN GEdata varchar(250);" },
+        { SqlText::AddLogGEpoly, "ALTER TABLE logtab ADD COLUMN GEpoly varchar(250);" },
+        { SqlText::AddLogGEgridXY, "ALTER TABLE logtab ADD COLUMN GEgridXY varchar(250);" },
+        { SqlText::DropBeaconXCoord, "ALTER TABLE PNT_Beacon DROP COLUMN XCoord " },
+        { SqlText::DropBeaconYCoord, "ALTER TABLE PNT_Beacon DROP COLUMN YCoord " },
+        { SqlText::AddBeaconGEpoly, "ALTER TABLE PNT_Beacon ADD COLUMN GEpoly varchar(250);" },
+        { SqlText::AddBeaconGEdata, "ALTER TABLE PNT_Beacon ADD COLUMN GEdata varchar(250);" },
+        { SqlText::AddBeaconGEgridXY, "ALTER TABLE PNT_Beacon ADD COLUMN GEgridXY varchar(250);" },
+        { SqlText::bandFilter(""), " band ILIKE ''" },
+        // The sorts are translated within the statement they end up in.
+        { logList,
+            "SELECT * FROM (SELECT logtab.ID AS kestrel_rowid, * FROM logtab) AS sub WHERE  band ILIKE '144' "
+            "ORDER BY date  desc NULLS LAST , kestrel_rowid DESC NULLS LAST" },
+        { beaconList,
+            "SELECT * FROM (SELECT PNT_beacon.ID AS kestrel_rowid, beacon, Locator, qrg, Equipment FROM "
+            "PNT_beacon) "
+            "AS sub WHERE  beacon ILIKE '%/b%' ORDER BY qrg  asc NULLS FIRST , kestrel_rowid NULLS FIRST" },
+        { beaconByName,
+            "SELECT * FROM (SELECT beacon, Locator, qrg, Equipment FROM PNT_beacon) AS sub "
+            "ORDER BY beacon  asc NULLS FIRST " },
+        { search,
+            "SELECT * FROM (select logtab.ID AS kestrel_rowid, * from logtab where  callsign ILIKE 'O''N%') "
+            "AS sub "
+            "ORDER BY date  desc NULLS LAST , kestrel_rowid DESC NULLS LAST" },
+    });
+}
