@@ -236,6 +236,82 @@ void words(Tokens& t)
     }
 }
 
+// A GLOB pattern as an anchored regular expression: * and ? become .* and ., a [set] stays.
+QString globRegex(const QString& literal)
+{
+    const QString g = literal.mid(1, literal.size() - 2);
+    QString out = QStringLiteral("'^");
+    for (qsizetype k = 0; k < g.size(); ++k) {
+        if (g[k] == u'[') {
+            qsizetype from = k + 1;
+            from += g.mid(from, 1) == u"^";
+            from += g.mid(from, 1) == u"]"; // a ] first in the set is one of its characters
+            const qsizetype end = g.indexOf(u']', from);
+            if (end > 0) {
+                out += g.mid(k, end + 1 - k);
+                k = end;
+                continue;
+            }
+        }
+        if (g[k] == u'*')
+            out += QStringLiteral(".*");
+        else if (g[k] == u'?')
+            out += u'.';
+        else if (QLatin1String("\\.^$|()[]+{}").contains(g[k]))
+            out += QStringLiteral("\\") + g[k];
+        else
+            out += g[k];
+    }
+    return out + QStringLiteral("$'");
+}
+
+// GLOB is SQLite's; a pattern given as a literal becomes a POSIX match (case kept, as GLOB does).
+void glob(Tokens& t)
+{
+    for (qsizetype i = 0; i < t.size(); ++i) {
+        const qsizetype pattern = next(t, i);
+        if (!is(t, i, "GLOB") || pattern == t.size() || t[pattern].kind != Token::Literal
+            || t[pattern].text.size() < 2 || !t[pattern].text.endsWith(u'\''))
+            continue;
+        t[pattern].text = globRegex(t[pattern].text);
+        t[i] = { Token::Other, QStringLiteral("~") };
+        const qsizetype before = prev(t, i);
+        if (is(t, before, "NOT")) {
+            t[before] = { Token::Other, QStringLiteral("!~") };
+            t.remove(before + 1, i - before);
+            i = before;
+        }
+    }
+}
+
+// substr(x, -n) counts from the end in SQLite; PostgreSQL's takes the whole text.
+void substrFromEnd(Tokens& t)
+{
+    for (qsizetype i = 0; i < t.size(); ++i) {
+        const qsizetype open = next(t, i);
+        if (!is(t, i, "substr") || !isChar(t, open, '('))
+            continue;
+        const qsizetype close = closing(t, open);
+        const qsizetype count = prev(t, close);
+        const qsizetype minus = prev(t, count);
+        const qsizetype comma = prev(t, minus);
+        bool number = false;
+        t[count].text.toUInt(&number);
+        if (close == t.size() || t[count].kind != Token::Word || !number || !isChar(t, minus, '-')
+            || !isChar(t, comma, ','))
+            continue;
+        bool oneComma = true;
+        for (qsizetype j = open + 1, depth = 0; j < comma; ++j) {
+            depth += isChar(t, j, '(') - isChar(t, j, ')');
+            oneComma = oneComma && !(depth == 0 && isChar(t, j, ','));
+        }
+        if (!oneComma)
+            continue;
+        t[i].text = QStringLiteral("right");
+        t.remove(minus, count - minus);
+    }
+}
+
 // SQLite's CAST to INTEGER takes a text's leading integer and 0 where there is none; PostgreSQL's
 // refuses such a text. NULL stays NULL. Inner casts first, so they end up inside outer ones.
 void castInteger(Tokens& t)
@@ -360,6 +436,12 @@ const QList<Translation>& postgresTable()
             "UPDATE \"pnt_beacon\" SET \"gedata\" = ? WHERE ID = ?" },
         { "instr() is strpos() in PostgreSQL", "SELECT 1 FROM dxccdata WHERE instr(dxcccode, '%') = 0",
             "SELECT 1 FROM dxccdata WHERE strpos(dxcccode, '%') = 0" },
+        { "GLOB is SQLite's; a literal pattern becomes an anchored regular expression",
+            "SELECT * FROM logtab WHERE NrSent GLOB '[0-9]*' AND Grid NOT GLOB 'J?6.*'",
+            "SELECT * FROM logtab WHERE NrSent ~ '^[0-9].*$' AND Grid !~ '^J.6\\..*$'" },
+        { "substr(x, -n) counts from the end in SQLite, not in PostgreSQL",
+            "SELECT count(*) FROM dxccdata WHERE substr(\"dxcccode\", -1) = '*'",
+            "SELECT count(*) FROM dxccdata WHERE right(\"dxcccode\", 1) = '*'" },
         { "The schema version: a one-row table instead of SQLite's file header", "PRAGMA user_version",
             "SELECT version FROM kestrel_schema" },
         { "Setting the schema version", "PRAGMA user_version = 2", "UPDATE kestrel_schema SET version = 2" },
@@ -398,6 +480,8 @@ QString toPostgres(const QString& sqliteText)
         ddlTypes(t);
     collateNocase(t, ddl && !index);
     words(t);
+    glob(t);
+    substrFromEnd(t);
     castInteger(t);
     derivedTableAlias(t);
     orderByNulls(t);

@@ -27,7 +27,7 @@ TEST(SqlDialect, EveryRuleOfTheTableGivesItsExample)
     QList<Case> cases;
     for (const SqlDialect::Translation& row : SqlDialect::postgresTable())
         cases.append({ QString::fromUtf8(row.sqlite), QString::fromUtf8(row.postgres) });
-    ASSERT_EQ(cases.size(), 19);
+    ASSERT_EQ(cases.size(), 21);
     expectTranslations(cases);
 }
 
@@ -104,6 +104,26 @@ TEST(SqlDialect, NocaseFoldsBothSidesOfAComparison)
             "SELECT * FROM t ORDER BY lower(Call) NULLS FIRST" },
         { "CREATE UNIQUE INDEX i ON t (Call COLLATE NOCASE, Band)",
             "CREATE UNIQUE INDEX i ON t (lower(Call), Band)" },
+    });
+}
+
+TEST(SqlDialect, GlobPatternsAndSubstrFromTheEnd)
+{
+    expectTranslations({
+        { "SELECT MAX(CAST(NrSent AS INTEGER)) FROM logtab WHERE Band LIKE ? AND NrSent GLOB '[0-9]*'",
+            "SELECT MAX(CASE WHEN (NrSent) IS NOT NULL THEN coalesce(CAST(substring(CAST(NrSent AS text) "
+            "from "
+            "'^\\s*([-+]?[0-9]+)') AS BIGINT), 0) END) FROM logtab WHERE Band ILIKE ? AND NrSent ~ "
+            "'^[0-9].*$'" },
+        { "SELECT 1 WHERE a GLOB '[^]a]x(1)+$' OR b glob 'O''N*' OR c GLOB ?",
+            "SELECT 1 WHERE a ~ '^[^]a]x\\(1\\)\\+\\$$' OR b ~ '^O''N.*$' OR c GLOB ?" },
+        { "SELECT substr(a, -12), substr(f(a, b), - 2), substr(a, 1, -1), substr(a, -1, 1), substr(a, 2)",
+            "SELECT right(a, 12), right(f(a, b), 2), substr(a, 1, -1), substr(a, -1, 1), substr(a, 2)" },
+        { "UPDATE dxccdata SET \"dxcccode\" = substr(\"dxcccode\", 1, length(\"dxcccode\") - 1) || '%' WHERE "
+          "substr(\"dxcccode\", -1) = '*'",
+            "UPDATE dxccdata SET \"dxcccode\" = substr(\"dxcccode\", 1, length(\"dxcccode\") - 1) || '%' "
+            "WHERE "
+            "right(\"dxcccode\", 1) = '*'" },
     });
 }
 
