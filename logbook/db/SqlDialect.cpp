@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <algorithm>
+
 namespace {
 
 struct Token {
@@ -395,6 +397,7 @@ namespace SqlDialect {
 
 const QList<Translation>& postgresTable()
 {
+    static const QByteArray tableInfoExample = TableInfo.arg(QLatin1String("pnt_beacon")).toUtf8();
     static const QList<Translation> table {
         { "LIKE ignores case in SQLite, not in PostgreSQL",
             "SELECT * FROM logtab WHERE Band LIKE ? AND QSL not like 'q'",
@@ -446,19 +449,7 @@ const QList<Translation>& postgresTable()
             "SELECT version FROM kestrel_schema" },
         { "Setting the schema version", "PRAGMA user_version = 2", "UPDATE kestrel_schema SET version = 2" },
         { "Columns of a table, as SQLite lists them", "PRAGMA table_info(PNT_Beacon)",
-            "SELECT row_number() OVER (ORDER BY ordinal_position NULLS FIRST) - 1 AS cid, column_name AS "
-            "name, "
-            "CASE WHEN data_type IN ('bigint', 'integer') THEN 'INTEGER' "
-            "WHEN data_type = 'double precision' THEN 'REAL' "
-            "WHEN data_type = 'character varying' THEN 'text(' || character_maximum_length || ')' "
-            "ELSE upper(data_type) END AS type, "
-            "CASE WHEN is_nullable = 'NO' THEN 1 ELSE 0 END AS notnull, column_default AS dflt_value, "
-            "coalesce((SELECT k.ordinal_position FROM information_schema.key_column_usage AS k "
-            "JOIN information_schema.table_constraints AS p USING (constraint_schema, constraint_name) "
-            "WHERE p.constraint_type = 'PRIMARY KEY' AND k.table_schema = c.table_schema "
-            "AND k.table_name = c.table_name AND k.column_name = c.column_name), 0) AS pk "
-            "FROM information_schema.columns AS c WHERE table_schema = current_schema() AND table_name = "
-            "'pnt_beacon' ORDER BY ordinal_position NULLS FIRST" },
+            tableInfoExample.constData() },
         { "The server checks its own storage", "PRAGMA integrity_check", "SELECT 'ok'" },
         { "Tuning of SQLite's file (synchronous, journal_mode, cache_size...): nothing to run",
             "PRAGMA journal_mode=WAL", "" },
