@@ -1,5 +1,5 @@
-#include "core/Station.h"
 #include "core/StationConfig.h"
+#include "core/Station.h"
 #include "tests/support/TempDir.h"
 
 #include <QDir>
@@ -20,7 +20,7 @@ QList<QByteArray> linesOf(const QByteArray& bytes)
 struct Fixture {
     TempDir dir;
     RecordingPrompts prompts;
-    Station station{prompts};
+    Station station { prompts };
 };
 
 } // namespace
@@ -136,48 +136,42 @@ TEST(StationConfig, RoundTripKeepsEveryType)
 
 TEST(StationConfig, DamagedFilesGiveOneClearMessageAndAUsableTable)
 {
-    {
-        Fixture f; // a non-number where a number belongs
-        f.dir.write("Kestrel.txt", "fast\r\n-1\r\n0\r\n\"a\"\r\n\"b\"\r\n");
-        LoadStationConfig(f.station);
-        ASSERT_EQ(f.prompts.shown.size(), 1);
-        EXPECT_TRUE(f.prompts.shown[0].contains("line 1: \"fast\" is not a whole number"));
-        EXPECT_EQ(f.station.settings.intAt(0), 2);
-        EXPECT_EQ(f.station.settings.textAt(4), "b");
-    }
-    {
-        Fixture f; // an unterminated quote
-        f.dir.write("Kestrel.txt", "2\r\n-1\r\n0\r\n\"open text\r\n\"b\"\r\n");
-        LoadStationConfig(f.station);
-        ASSERT_EQ(f.prompts.shown.size(), 1);
-        EXPECT_TRUE(f.prompts.shown[0].contains("line 4: a quoted text is not closed"));
-        EXPECT_EQ(f.station.settings.textAt(3), "open text");
-        EXPECT_EQ(f.station.settings.textAt(4), "b");
-    }
-    {
-        Fixture f; // more than 101 values
+    QByteArray tooMany;
+    for (int i = 0; i < 120; ++i)
+        tooMany += "1\r\n";
+    // Each: its message, and two values read around the fault.
+    const struct {
+        const char* what;
         QByteArray bytes;
-        for (int i = 0; i < 120; ++i)
-            bytes += "1\r\n";
-        f.dir.write("Kestrel.txt", bytes);
+        const char* message;
+        std::pair<int, const char*> first, second;
+    } cases[] = {
+        { "not a number", "fast\r\n-1\r\n0\r\n\"a\"\r\n\"b\"\r\n", "line 1: \"fast\" is not a whole number",
+            { 0, "2" }, { 4, "b" } },
+        { "unterminated quote", "2\r\n-1\r\n0\r\n\"open text\r\n\"b\"\r\n",
+            "line 4: a quoted text is not closed", { 3, "open text" }, { 4, "b" } },
+        { "more than 101 values", tooMany, "more than 101 values", { 100, "1" }, { 5, "1" } },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        Fixture f;
+        f.dir.write("Kestrel.txt", c.bytes);
         LoadStationConfig(f.station);
         ASSERT_EQ(f.prompts.shown.size(), 1);
-        EXPECT_TRUE(f.prompts.shown[0].contains("more than 101 values"));
-        EXPECT_EQ(f.station.settings.intAt(100), 1);
-        EXPECT_EQ(f.station.settings.textAt(5), "1");
+        EXPECT_TRUE(f.prompts.shown[0].contains(c.message)) << f.prompts.shown[0].toStdString();
+        for (const auto& [index, value] : { c.first, c.second })
+            EXPECT_EQ(f.station.settings[index].toText(), value) << index;
     }
-    {
-        Fixture f; // binary garbage
-        QByteArray bytes;
-        for (int i = 0; i < 4096; ++i)
-            bytes += char((i * 37 + 11) % 256);
-        f.dir.write("Kestrel.txt", bytes);
-        LoadStationConfig(f.station);
-        for (int i = 0; i < 47; ++i)
-            EXPECT_FALSE(f.station.settings[i].isEmpty()) << i;
-        EXPECT_EQ(f.station.settings[34].type(), SettingValue::Type::Int32);
-        EXPECT_LE(f.prompts.shown.size(), 1);
-    }
+    Fixture f; // binary garbage
+    QByteArray bytes;
+    for (int i = 0; i < 4096; ++i)
+        bytes += char((i * 37 + 11) % 256);
+    f.dir.write("Kestrel.txt", bytes);
+    LoadStationConfig(f.station);
+    for (int i = 0; i < 47; ++i)
+        EXPECT_FALSE(f.station.settings[i].isEmpty()) << i;
+    EXPECT_EQ(f.station.settings[34].type(), SettingValue::Type::Int32);
+    EXPECT_LE(f.prompts.shown.size(), 1);
 }
 
 TEST(StationConfig, ADamagedFileIsReportedOnceHoweverOftenItIsReadAndNamesItsFolder)

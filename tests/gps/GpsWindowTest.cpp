@@ -154,21 +154,6 @@ TEST_F(GpsWindow, MultiSystemTalkersDecodeLikeGps)
     EXPECT_EQ(grid(), "JN58SC   48.117300° N  11.516667° E");
 }
 
-TEST_F(GpsWindow, GarbageDoesNotGrowTheBufferACutSentenceIsDecodedWhenItsEndArrives)
-{
-    start();
-    for (int i = 0; i < 64; ++i) // 256 KiB
-        ASSERT_TRUE(pty.write(QByteArray(4096, 'x')));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return pty.pendingForSlave() == 0; }, 3000));
-    QTest::qWait(100);
-    EXPECT_LE(window->receiver().buffer().pending().size(), NmeaReceiveBuffer::kMaxPending);
-    ASSERT_TRUE(pty.write("\r\n" + kGga.left(30)));
-    QTest::qWait(200);
-    EXPECT_EQ(text("txtUT2"), "");
-    ASSERT_TRUE(sendAndWait(kGga.mid(30), "txtUT2", "12:35:19"));
-    EXPECT_EQ(text("txtQU"), "GPS fix");
-}
-
 TEST_F(GpsWindow, TheLogStaysBounded)
 {
     start();

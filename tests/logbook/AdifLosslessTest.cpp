@@ -1,60 +1,10 @@
 // ADIF without loss: every field of a record kept and written back, QSL letters from paper and
 // electronic confirmations, bad fields kept as text, what award programs need in the export,
 // and date and time converted between UTC and a log kept on local time.
-#include "EntryTestDb.h"
-#include "logbook/adif/AdifExport.h"
-#include "logbook/adif/AdifImport.h"
+#include "AdifJobs.h"
 #include "logbook/adif/AdifMapping.h"
 
-#include <QRegularExpression>
-
-#include <ctime>
-
 namespace {
-
-template <typename Job> auto finish(Job& job, typename Job::State s)
-{
-    while (s == Job::State::Running)
-        s = job.step(50'000'000);
-    return s;
-}
-
-QString importText(EntryTestDb& db, const QByteArray& data, LogClock::Base clock = LogClock::Base::Utc)
-{
-    AdifImport import(db.path(), db.locator(), clock);
-    EXPECT_EQ(finish(import, import.startData(data, "in.adi")), AdifImport::State::Done);
-    return import.report();
-}
-
-// The records of an export, without the header (its time stamp changes).
-QByteArray exportText(EntryTestDb& db, const QString& band = QString(), QString* report = nullptr,
-    LogClock::Base clock = LogClock::Base::Utc)
-{
-    AdifExport exporter(db.path(), band, clock);
-    EXPECT_EQ(finish(exporter, exporter.start(db.dir.file("out.adi"))), AdifExport::State::Done);
-    if (report)
-        *report = exporter.report();
-    const QByteArray text = db.dir.read("out.adi");
-    return text.mid(text.indexOf("<EOH>\n") + 6);
-}
-
-// Every column of every logtab row but the ID, one line a row.
-QStringList table(const EntryTestDb& db)
-{
-    QStringList columns = tableColumns(db.path(), "logtab");
-    for (QString& c : columns)
-        c = c.section(' ', 0, 0);
-    columns.removeAll("ID");
-    QStringList out;
-    for (const Row& r : db.rows(columns)) {
-        QStringList values;
-        for (const QString& c : columns)
-            values << c + '=' + r[c].toString();
-        out << values.join('|');
-    }
-    out.sort(); // an export goes oldest first
-    return out;
-}
 
 const QByteArray FullRecord
     = "<CALL:6>IT9XXX <QSO_DATE:8>20260614 <TIME_ON:6>101530 <TIME_OFF:6>102010 <BAND:3>20m "
@@ -97,7 +47,7 @@ TEST(AdifLossless, EveryFieldSurvivesImportExportImport)
 
     EntryTestDb second;
     EXPECT_EQ(importText(second, exported).toStdString(), "1 records imported from in.adi, 0 refused.");
-    EXPECT_EQ(table(second), table(first));
+    EXPECT_EQ(rowLines(second), rowLines(first));
     EXPECT_EQ(exportText(second), exported);
 }
 
@@ -175,28 +125,9 @@ TEST(AdifLossless, ExportGivesAwardProgramsWhatTheyNeed)
         "4 records written to out.adi.\n2 records have no date: EA8ABC 144, KC4AAA 14200");
 }
 
-// A log on local time in a zone with summer time: UTC in the file, local time in the log.
-class AdifLocalClock : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        saved_ = qgetenv("TZ");
-        qputenv("TZ", "Europe/Berlin");
-        tzset();
-    }
-    void TearDown() override
-    {
-        if (saved_.isNull())
-            qunsetenv("TZ");
-        else
-            qputenv("TZ", saved_);
-        tzset();
-    }
-    QByteArray saved_;
-};
-
-TEST_F(AdifLocalClock, TimesRoundTripOnBothSidesOfTheChanges)
+TEST(AdifLocalClock, TimesRoundTripOnBothSidesOfTheChanges)
 {
+    const BerlinTime tz;
     struct Case {
         const char *date, *time, *storedDate, *storedTime;
     };
@@ -224,7 +155,7 @@ TEST_F(AdifLocalClock, TimesRoundTripOnBothSidesOfTheChanges)
             << c.date << " " << c.time;
     EntryTestDb second;
     importText(second, exported, LogClock::Base::Local);
-    EXPECT_EQ(table(second), table(first));
+    EXPECT_EQ(rowLines(second), rowLines(first));
     // A time typed into the hour the change skipped, and the hour it repeats.
     for (const auto& [day, utc] : { std::pair { QDate(2026, 3, 29), "2026-03-29T01:30:00Z" },
              std::pair { QDate(2026, 10, 25), "2026-10-25T00:30:00Z" } })

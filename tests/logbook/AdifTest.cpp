@@ -1,9 +1,7 @@
 // ADIF: reading records, the field mapping both ways, and import and
 // export against real database files, with a round trip of 1 000 generated contacts.
-#include "EntryTestDb.h"
+#include "AdifJobs.h"
 #include "logbook/adif/AdifBands.h"
-#include "logbook/adif/AdifExport.h"
-#include "logbook/adif/AdifImport.h"
 #include "logbook/adif/AdifMapping.h"
 #include "logbook/adif/AdifReader.h"
 #include "logbook/browse/DxccIndex.h"
@@ -24,19 +22,6 @@ QList<AdifRecord> readAll(const QByteArray& data, QHash<QString, QString>* heade
     if (header)
         *header = reader.header();
     return out;
-}
-
-// Runs an import or export started with `s` to its end.
-template <typename Job> auto finish(Job& job, typename Job::State s)
-{
-    while (s == Job::State::Running)
-        s = job.step(50'000'000);
-    return s;
-}
-
-AdifImport::State importData(AdifImport& import, const QByteArray& data)
-{
-    return finish(import, import.startData(data, "test.adi"));
 }
 
 } // namespace
@@ -127,13 +112,10 @@ TEST(AdifImportFile, GoodRecordsComeInAndBadOnesAreListed)
           "<CALL:6>DL3ABC <QSO_DATE:x>20261115 <EOR>\n"
           "<CALL:6>DL4ABC <BAND:2 2m <EOR>\n"
           "<CALL:6>DL8ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <COMMENT:40>short";
-    AdifImport import(db.path(), db.locator());
-    ASSERT_EQ(importData(import, file), AdifImport::State::Done) << import.error().text().toStdString();
-    EXPECT_EQ(import.imported(), 4);
     // Only records without a call or a date, damaged ones and duplicates are refused; a field
     // that does not fit its column is kept as text.
-    EXPECT_EQ(import.report().toStdString(),
-        "4 records imported from test.adi, 8 refused, 2 fields kept as text:\n"
+    EXPECT_EQ(importText(db, file).toStdString(),
+        "4 records imported from in.adi, 8 refused, 2 fields kept as text:\n"
         "line 4 (DL2ABC): QSO_DATE \"20261315\" is not a date (YYYYMMDD)\n"
         "line 5 (DL3A): text follows the value of CALL (is its length right?)\n"
         "line 8 (no call): no CALL\n"
@@ -167,8 +149,7 @@ TEST(AdifImportFile, LocatorsGetDistanceBearingAndMapTexts)
           "<RST_RCVD:2>57 <QSL_SENT:1>Q <QSL_RCVD:1>N <PROP_MODE:2>TR <COMMENT:3>tnx <COUNTRY:7>Germany "
           "<EOR>\n"
           "<CALL:5>G4ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <DISTANCE:5>321.5 <EOR>\n";
-    AdifImport import(db.path(), db.locator());
-    ASSERT_EQ(importData(import, file), AdifImport::State::Done);
+    importText(db, file);
     const QList<Row> rows
         = db.rows({ "Grid", "QRB", "QTF", "GEdata", "GEgridXY", "DXCC", "QSL", "Prop", "AdifExtra" });
     ASSERT_EQ(rows.size(), 2);
@@ -198,8 +179,11 @@ TEST(AdifImportFile, AnOldLogWithoutMapColumnsAndAMissingFile)
     const QString path = dir.file("old.db");
     ASSERT_TRUE(execAll(path, { LogbookSchema::oldLogtab(), LogbookSchema::dxccTable() }, true));
     AdifImport import(path, {});
-    ASSERT_EQ(importData(import,
-                  "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:4>JO62 <EOR>"),
+    ASSERT_EQ(
+        finish(import,
+            import.startData(
+                "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:4>JO62 <EOR>",
+                "old.adi")),
         AdifImport::State::Done)
         << import.error().text().toStdString();
     EXPECT_EQ(import.imported(), 1);
@@ -262,28 +246,15 @@ TEST(AdifRoundTrip, ThousandContactsKeepEveryMappedField)
     }
     ASSERT_TRUE(from.add(contacts));
 
-    AdifExport exporter(from.path(), QString(), LogClock::Base::Utc);
-    const QString file = from.dir.file("log.adi");
-    ASSERT_EQ(finish(exporter, exporter.start(file)), AdifExport::State::Done);
-    EXPECT_EQ(exporter.report(), "1000 records written to log.adi.");
-    AdifImport import(to.path(), to.locator(), LogClock::Base::Utc);
-    ASSERT_EQ(finish(import, import.start(file)), AdifImport::State::Done);
-    EXPECT_EQ(import.imported(), 1000) << import.report().toStdString();
+    QString report;
+    const QByteArray file = exportText(from, QString(), &report);
+    EXPECT_EQ(report, "1000 records written to out.adi.");
+    report = importText(to, file);
+    EXPECT_TRUE(report.startsWith("1000 records imported")) << report.toStdString();
 
     // NULL and empty text are the same in ADIF (an empty field is not written): both read "".
-    auto lines = [&](const EntryTestDb& db) {
-        QStringList out;
-        for (const Row& r : db.rows(mapped)) {
-            QStringList values;
-            for (const QString& column : mapped)
-                values << column + '=' + r[column].toString();
-            out << values.join('|');
-        }
-        out.sort(); // by callsign, which is unique
-        return out;
-    };
-    const QStringList before = lines(from);
-    const QStringList after = lines(to);
+    const QStringList before = rowLines(from, mapped);
+    const QStringList after = rowLines(to, mapped);
     ASSERT_EQ(after.size(), 1000);
     for (int i = 0; i < 1000; ++i)
         ASSERT_EQ(after[i].toStdString(), before[i].toStdString());

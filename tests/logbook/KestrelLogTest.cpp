@@ -31,12 +31,6 @@ ToolRun kestrelLog(const QStringList& arguments)
         QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError()) };
 }
 
-QByteArray bytes(const QString& file)
-{
-    QFile f(file);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 const QByteArray TwoContacts
     = "Test log\n<EOH>\n"
       "<CALL:6>DL1ABC <QSO_DATE:8>20261115 <TIME_ON:4>1804 <BAND:2>2m <MODE:3>SSB <EOR>\n"
@@ -101,8 +95,8 @@ TEST_F(KestrelLog, ImportsAndExportsAdifOfAllBandsOrOne)
     const ToolRun band = kestrelLog({ "--db", db.path(), "export", adif("2m.adi"), "--band", "144%" });
     EXPECT_EQ(band.status, 0) << band.err.toStdString();
     EXPECT_EQ(band.out, "1 records written to 2m.adi.\n");
-    EXPECT_TRUE(bytes(adif("2m.adi")).contains("<CALL:6>DL1ABC"));
-    EXPECT_FALSE(bytes(adif("2m.adi")).contains("G4XYZ"));
+    EXPECT_TRUE(db.dir.read("2m.adi").contains("<CALL:6>DL1ABC"));
+    EXPECT_FALSE(db.dir.read("2m.adi").contains("G4XYZ"));
 
     // The same file again: every record is a duplicate, refused and named.
     const ToolRun again = kestrelLog({ "--db", db.path(), "import", adif("all.adi") });
@@ -163,7 +157,7 @@ TEST_F(KestrelLog, EveryCommandRefusesAFileThatIsNotAKestrelLog)
     ASSERT_TRUE(
         execAll(foreign, { "CREATE TABLE notes (text TEXT)", "INSERT INTO notes VALUES ('keep')" }, true));
     db.dir.write("in.adi", TwoContacts);
-    const QByteArray before = bytes(foreign);
+    const QByteArray before = db.dir.read("other.sqlite");
     for (const QStringList& command :
         { QStringList { "import", adif("in.adi") }, QStringList { "export", adif("x.adi") },
             QStringList { "dxcc", "DL1ABC" }, QStringList { "check" } }) {
@@ -174,7 +168,7 @@ TEST_F(KestrelLog, EveryCommandRefusesAFileThatIsNotAKestrelLog)
             "kestrel-log: The file is not a Kestrel logbook: " + foreign
                 + " (it has no table logtab). It was left as it is.\n");
     }
-    EXPECT_EQ(bytes(foreign), before);
+    EXPECT_EQ(db.dir.read("other.sqlite"), before);
     EXPECT_FALSE(QFile::exists(foreign + "-wal"));
     EXPECT_FALSE(QFile::exists(adif("x.adi")));
 }

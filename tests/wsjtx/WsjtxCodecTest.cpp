@@ -10,10 +10,7 @@ namespace {
 
 WsjtxStatus fourMetres()
 {
-    WsjtxStatus s;
-    s.dialHz = 70154000;
-    s.mode = QStringLiteral("FT8");
-    s.dxCall = QStringLiteral("G4ABC");
+    WsjtxStatus s = wsjtxStatus(70154000, "FT8", "G4ABC", "IO91");
     s.report = QStringLiteral("-12");
     s.txMode = QStringLiteral("FT8");
     s.txEnabled = true;
@@ -21,7 +18,6 @@ WsjtxStatus fourMetres()
     s.txDf = 1500;
     s.deCall = QStringLiteral("N0CALL");
     s.deGrid = QStringLiteral("JN48");
-    s.dxGrid = QStringLiteral("IO91");
     return s;
 }
 
@@ -75,20 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Wsjtx, Schemas, testing::Values(2u, 3u));
 
 TEST(WsjtxCodec, OlderQsoLoggedWithoutTheLaterFieldsIsRead)
 {
-    const WsjtxQsoLogged q = msk144Contact();
-    const QByteArray old = WsjtxDatagram(WsjtxMessage::QsoLogged, QStringLiteral("WSJT-X"))
-                               .dateTime(q.off)
-                               .utf8(q.dxCall)
-                               .utf8(q.dxGrid)
-                               .number(quint64(q.txHz))
-                               .utf8(q.mode)
-                               .utf8(q.reportSent)
-                               .utf8(q.reportReceived)
-                               .utf8(q.txPower)
-                               .utf8(q.comments)
-                               .utf8(q.name)
-                               .dateTime(q.on)
-                               .bytes();
+    const QByteArray old = WsjtxDatagram::qsoLogged(QStringLiteral("WSJT-X"), msk144Contact(), 3, false);
     const WsjtxDecoded d = WsjtxCodec::decode(old);
     ASSERT_TRUE(d.ok) << d.error.toStdString();
     EXPECT_EQ(d.message.qso.dxCall, "OH6ABC");

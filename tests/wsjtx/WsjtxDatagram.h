@@ -72,10 +72,12 @@ public:
             .utf8(QString()) // Tx message
             .bytes();
     }
-    static QByteArray qsoLogged(const QString& id, const WsjtxQsoLogged& q, quint32 schema = 3)
+    // withLaterFields false: as WSJT-X wrote it before the operator and own station fields.
+    static QByteArray qsoLogged(
+        const QString& id, const WsjtxQsoLogged& q, quint32 schema = 3, bool withLaterFields = true)
     {
-        return WsjtxDatagram(WsjtxMessage::QsoLogged, id, schema)
-            .dateTime(q.off)
+        WsjtxDatagram d(WsjtxMessage::QsoLogged, id, schema);
+        d.dateTime(q.off)
             .utf8(q.dxCall)
             .utf8(q.dxGrid)
             .number(quint64(q.txHz))
@@ -85,14 +87,15 @@ public:
             .utf8(q.txPower)
             .utf8(q.comments)
             .utf8(q.name)
-            .dateTime(q.on)
-            .utf8(q.operatorCall)
-            .utf8(q.myCall)
-            .utf8(q.myGrid)
-            .utf8(q.exchangeSent)
-            .utf8(q.exchangeReceived)
-            .utf8(q.propagation)
-            .bytes();
+            .dateTime(q.on);
+        if (withLaterFields)
+            d.utf8(q.operatorCall)
+                .utf8(q.myCall)
+                .utf8(q.myGrid)
+                .utf8(q.exchangeSent)
+                .utf8(q.exchangeReceived)
+                .utf8(q.propagation);
+        return d.bytes();
     }
     static QByteArray loggedAdif(const QString& id, const QString& adif, quint32 schema = 3)
     {
@@ -104,6 +107,18 @@ private:
     QByteArray bytes_;
     QDataStream out_;
 };
+
+// A Status with the fields the tests look at.
+inline WsjtxStatus wsjtxStatus(
+    quint64 dialHz, const QString& mode, const QString& dxCall, const QString& dxGrid = {})
+{
+    WsjtxStatus s;
+    s.dialHz = dialHz;
+    s.mode = mode;
+    s.dxCall = dxCall;
+    s.dxGrid = dxGrid;
+    return s;
+}
 
 // A meteor-scatter contact on 2 m as both messages carry it.
 inline WsjtxQsoLogged msk144Contact()

@@ -27,13 +27,9 @@ TEST(WsjtxForm5, StatusShowsTheDxCallInTheEntryLineWhileLive)
     EXPECT_EQ(worked->count(), 0);
 
     QUdpSocket wsjtx;
-    WsjtxStatus s;
-    s.dialHz = 144174000;
-    s.mode = QStringLiteral("FT8");
-    s.dxCall = QStringLiteral("DL1ABC");
-    s.dxGrid = QStringLiteral("JO62");
     wsjtx.writeDatagram(
-        WsjtxDatagram::status(QStringLiteral("WSJT-X"), s), QHostAddress::LocalHost, listener.port());
+        WsjtxDatagram::status(QStringLiteral("WSJT-X"), wsjtxStatus(144174000, "FT8", "DL1ABC", "JO62")),
+        QHostAddress::LocalHost, listener.port());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !f.text("wsjtxStatus").isEmpty(); }, 3000));
     EXPECT_EQ(f.text("wsjtxStatus"), "WSJT-X: DL1ABC JO62  144.174 MHz FT8");
     // The entry line itself is the operator's: nothing typed there is overwritten.

@@ -20,11 +20,7 @@ namespace {
 // call a mutation can only damage (a logged contact needs its whole header and date intact).
 QList<QByteArray> seeds()
 {
-    WsjtxStatus s;
-    s.dialHz = 144174000;
-    s.mode = QStringLiteral("FT8");
-    s.dxCall = QStringLiteral("DL1ABC");
-    s.dxGrid = QStringLiteral("JO62");
+    const WsjtxStatus s = wsjtxStatus(144174000, "FT8", "DL1ABC", "JO62");
     WsjtxQsoLogged noCall = msk144Contact();
     noCall.dxCall.clear();
     QString adifNoCall = msk144Adif();
@@ -142,12 +138,9 @@ TEST(WsjtxFuzz, MutatedDatagramsThroughTheSocket)
         if (i % 50 == 0)
             QTest::qWait(1); // let the listener read, so the socket's buffer never overflows
     }
-    WsjtxStatus s;
-    s.dialHz = 432065000;
-    s.mode = QStringLiteral("Q65");
-    s.dxCall = QStringLiteral("ZZ9END");
     client.writeDatagram(
-        WsjtxDatagram::status(QStringLiteral("probe"), s), QHostAddress::LocalHost, listener.port());
+        WsjtxDatagram::status(QStringLiteral("probe"), wsjtxStatus(432065000, "Q65", "ZZ9END")),
+        QHostAddress::LocalHost, listener.port());
     EXPECT_TRUE(QTest::qWaitFor([&] { return listener.liveStatus().dxCall == u"ZZ9END"; }, 5000));
     EXPECT_GT(LogLines::lines, 1000);
     EXPECT_EQ(db.rows({ "ID" }).size(), 0);

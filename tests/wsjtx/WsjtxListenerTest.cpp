@@ -2,7 +2,7 @@
 // Logged and Logged ADIF, possibly twice, possibly from two programs) is saved once with every
 // field as sent; Status is shown per sender while it is live.
 #include "wsjtx/WsjtxListener.h"
-#include "tests/logbook/EntryTestDb.h"
+#include "tests/logbook/AdifJobs.h"
 #include "tests/wsjtx/WsjtxDatagram.h"
 
 #include <QSignalSpy>
@@ -82,8 +82,7 @@ TEST(WsjtxListener, QsoLoggedAndLoggedAdifOfOneContactSaveOneRowWithEveryField)
 
 TEST(WsjtxListener, UtcAsSentGoesOnTheLogsLocalClock)
 {
-    qputenv("TZ", "Europe/Berlin");
-    tzset();
+    const BerlinTime tz;
     Listening l(LogClock::Base::Local);
     ASSERT_TRUE(l.listening);
     l.send(WsjtxDatagram::qsoLogged(QStringLiteral("WSJT-X"), msk144Contact()));
@@ -91,8 +90,6 @@ TEST(WsjtxListener, UtcAsSentGoesOnTheLogsLocalClock)
     const Row r = l.db.rows({ "Date", "GMT" }).first();
     EXPECT_EQ(r.value("Date").toString(), "2026-11-15");
     EXPECT_EQ(r.value("GMT").toString(), "19:20:07");
-    qunsetenv("TZ");
-    tzset();
 }
 
 TEST(WsjtxListener, AContactAlreadyInTheLogIsNotSavedAgain)
@@ -109,19 +106,10 @@ TEST(WsjtxListener, TwoSendersAreToldApartByTheirId)
     Listening l;
     ASSERT_TRUE(l.listening);
     QSignalSpy shown(&l.listener, &WsjtxListener::statusChanged);
-    WsjtxStatus a;
-    a.dialHz = 144174000;
-    a.mode = QStringLiteral("FT8");
-    a.dxCall = QStringLiteral("DL1ABC");
-    a.dxGrid = QStringLiteral("JO62");
-    WsjtxStatus b;
-    b.dialHz = 50313000;
-    b.mode = QStringLiteral("FT8");
-    b.dxCall = QStringLiteral("EA8XYZ");
-    l.send(WsjtxDatagram::status(QStringLiteral("WSJT-X"), a));
+    l.send(WsjtxDatagram::status(QStringLiteral("WSJT-X"), wsjtxStatus(144174000, "FT8", "DL1ABC", "JO62")));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !l.listener.statusText().isEmpty(); }, 3000));
     EXPECT_EQ(l.listener.statusText(), "WSJT-X: DL1ABC JO62  144.174 MHz FT8");
-    l.send(WsjtxDatagram::status(QStringLiteral("JTDX"), b));
+    l.send(WsjtxDatagram::status(QStringLiteral("JTDX"), wsjtxStatus(50313000, "FT8", "EA8XYZ")));
     ASSERT_TRUE(QTest::qWaitFor([&] { return l.listener.statusText().startsWith("JTDX"); }, 3000));
     EXPECT_EQ(l.listener.statusText(), "JTDX: EA8XYZ  50.313 MHz FT8");
     // JTDX closes: WSJT-X's Status is still live and shown again.
@@ -159,10 +147,8 @@ TEST(WsjtxListener, MulticastGroupIsJoined)
         GTEST_SKIP() << "no multicast here: " << listener.error().toStdString();
     QUdpSocket sender;
     sender.setSocketOption(QAbstractSocket::MulticastLoopbackOption, 1);
-    WsjtxStatus s;
-    s.dxCall = QStringLiteral("DL1ABC");
-    s.mode = QStringLiteral("FT8");
-    sender.writeDatagram(WsjtxDatagram::status(QStringLiteral("WSJT-X"), s), group, listener.port());
+    sender.writeDatagram(WsjtxDatagram::status(QStringLiteral("WSJT-X"), wsjtxStatus(0, "FT8", "DL1ABC")),
+        group, listener.port());
     if (!QTest::qWaitFor([&] { return !listener.statusText().isEmpty(); }, 2000))
         GTEST_SKIP() << "no multicast route on this machine";
     EXPECT_EQ(listener.liveStatus().dxCall, "DL1ABC");
