@@ -1,18 +1,15 @@
 #include "tests/support/PgServer.h"
 
+#include "tests/support/PgSession.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QHostAddress>
 #include <QRandomGenerator>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTcpServer>
 #include <QThread>
-#include <QUrl>
 
-#include <atomic>
 #include <csignal>
 #include <pwd.h>
 #include <unistd.h>
@@ -332,36 +329,10 @@ QString PgServer::createDatabase(const QString& name, QString* error) const
 
 bool PgServer::execOn(const QString& uri, const QString& sql, QString* error, const QString& password)
 {
-    static std::atomic<int> counter { 0 };
-    if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QPSQL"))) {
-        if (error)
-            *error = QStringLiteral("Qt's PostgreSQL driver QPSQL is missing: install libqt6sql6-psql");
-        return false;
-    }
-    const QUrl url(uri);
-    const QString name = QStringLiteral("kestrel-pg-exec-%1").arg(++counter);
-    bool ok = false;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
-        db.setHostName(url.host());
-        db.setPort(url.port(5432));
-        db.setUserName(url.userName());
-        db.setDatabaseName(url.path().mid(1));
-        if (!password.isEmpty())
-            db.setPassword(password);
-        db.setConnectOptions(QStringLiteral("connect_timeout=10"));
-        if (!db.open()) {
-            if (error)
-                *error = db.lastError().text();
-        } else {
-            QSqlQuery q(db);
-            ok = q.exec(sql);
-            if (!ok && error)
-                *error = q.lastError().text();
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(name);
+    PgSession db(uri, password);
+    const bool ok = db.opened() && db.exec(sql);
+    if (!ok && error)
+        *error = db.error();
     return ok;
 }
 

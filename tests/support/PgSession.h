@@ -1,17 +1,23 @@
 #pragma once
-// One QPSQL connection to a uri for the harness tests; the password comes from libpq
-// (PGPASSFILE) unless given.
+// One QPSQL connection to a "postgresql://USER@HOST:PORT/DATABASE" uri; the password comes from
+// libpq (PGPASSWORD or PGPASSFILE) unless given.
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
 #include <QVariant>
 
+#include <atomic>
+
 class PgSession {
 public:
     explicit PgSession(const QString& uri, const QString& password = QString())
         : name_(QStringLiteral("pg-session-%1").arg(++count()))
     {
+        if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QPSQL"))) {
+            error_ = QStringLiteral("Qt's PostgreSQL driver QPSQL is missing: install libqt6sql6-psql");
+            return;
+        }
         const QUrl url(uri);
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name_);
         db.setHostName(url.host());
@@ -52,9 +58,9 @@ public:
     }
 
 private:
-    static int& count()
+    static std::atomic<int>& count()
     {
-        static int n = 0;
+        static std::atomic<int> n { 0 };
         return n;
     }
     QString name_;
