@@ -10,6 +10,7 @@
 #include <QTcpServer>
 #include <QThread>
 
+#include <algorithm>
 #include <csignal>
 #include <pwd.h>
 #include <unistd.h>
@@ -101,8 +102,9 @@ QString PgServer::binDir()
     }
     // pg_config comes with libpq-dev; the server package alone installs under a versioned folder.
     QDir versions(QStringLiteral("/usr/lib/postgresql"));
-    const QStringList found
-        = versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::Reversed);
+    QStringList found = versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    std::sort(found.begin(), found.end(),
+        [](const QString& a, const QString& b) { return a.toDouble() > b.toDouble(); });
     for (const QString& v : found) {
         const QString dir = versions.filePath(v + QStringLiteral("/bin"));
         if (QFile::exists(dir + QStringLiteral("/postgres")))
