@@ -45,3 +45,19 @@ function(kestrel_test name)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} PROPERTIES ${props})
 endfunction()
+
+# Where the pgserver fixture (tests/support/pg_fixture) keeps its uri and pgpass for one ctest run.
+set(KESTREL_PG_FIXTURE_DIR ${PROJECT_BINARY_DIR}/tests/pgserver)
+
+# kestrel_pg_tests(<test target> <gtest filter>)
+# Registers the target's cases matching the filter a second time, suffixed ".pg", against the
+# run's PostgreSQL server: TestDatabase::connectionFor then hands out a fresh database there.
+function(kestrel_pg_tests target filter)
+  # Two variables in one ENVIRONMENT list lose the second through gtest_discover_tests; the
+  # password file goes in as an environment modification instead.
+  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_SUFFIX .pg
+                       TEST_FILTER ${filter} WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
+                       PROPERTIES LABELS postgres TIMEOUT 120 FIXTURES_REQUIRED pgserver
+                                  ENVIRONMENT KESTREL_TEST_PG=${KESTREL_PG_FIXTURE_DIR}
+                                  ENVIRONMENT_MODIFICATION PGPASSFILE=set:${KESTREL_PG_FIXTURE_DIR}/pgpass)
+endfunction()

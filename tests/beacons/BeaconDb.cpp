@@ -2,13 +2,14 @@
 
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
+#include "tests/support/TestDatabase.h"
 
 #include <QDir>
 #include <QSqlQuery>
 #include <QVariant>
 
 BeaconDb::BeaconDb(const QString& dir)
-    : path_(QDir(dir).filePath(QStringLiteral("backup.db")))
+    : path_(TestDatabase::connectionFor(QDir(dir).filePath(QStringLiteral("backup.db"))))
 {
     ok_ = DatabaseFile::create(path_) && exec(QStringLiteral("DELETE FROM PNT_Beacon"));
 }

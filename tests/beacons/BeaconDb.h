@@ -21,7 +21,8 @@ struct Beacon {
 
 class BeaconDb {
 public:
-    // dir: where backup.db goes (the test's temporary folder, or one the caller keeps).
+    // dir: where backup.db goes (the test's temporary folder, or one the caller keeps);
+    // path() is the connection text (that file, or a database on the test run's server).
     explicit BeaconDb(const QString& dir);
     bool ok() const { return ok_; }
     QString path() const { return path_; }

@@ -6,6 +6,7 @@
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
 #include "tests/support/TempDir.h"
+#include "tests/support/TestDatabase.h"
 
 #include <QMap>
 #include <QSqlQuery>
@@ -60,7 +61,8 @@ class TestDb {
 public:
     TestDb() { created = DatabaseFile::create(path()); }
 
-    QString path() const { return dir.file(QStringLiteral("backup.db")); }
+    // The connection text: backup.db in the folder, or a database on the test run's server.
+    QString path() const { return connection; }
 
     // Inserts rows with the columns each names (a QVariant() is stored as NULL) in one transaction.
     bool add(const QList<Row>& rows, const QString& table = QStringLiteral("logtab")) const
@@ -96,5 +98,6 @@ public:
     }
 
     TempDir dir;
+    QString connection = TestDatabase::connectionFor(dir.file(QStringLiteral("backup.db")));
     bool created = false;
 };

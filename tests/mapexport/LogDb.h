@@ -3,6 +3,7 @@
 // the contacts a test puts in, plus a Station pointed at it.
 #include "core/Station.h"
 #include "tests/support/TempDir.h"
+#include "tests/support/TestDatabase.h"
 
 #include <QString>
 #include <QStringList>
@@ -21,9 +22,11 @@ public:
     bool add(const QList<Contact>& contacts);
     // GEpoly of every contact, in entry order.
     QStringList polys() const;
-    QString path() const { return dir.file("backup.db"); }
+    // The connection text: backup.db in the folder, or a database on the test run's server.
+    QString path() const { return connection; }
 
     TempDir dir;
+    QString connection = TestDatabase::connectionFor(dir.file("backup.db"));
     RecordingPrompts prompts;
     Station station { prompts };
     int added = 0;

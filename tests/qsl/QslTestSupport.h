@@ -7,6 +7,7 @@
 #include "logbook/db/LogDate.h"
 #include "logbook/db/SqlText.h"
 #include "tests/support/TempDir.h"
+#include "tests/support/TestDatabase.h"
 
 #include <QImage>
 #include <QProcess>
@@ -37,7 +38,7 @@ protected:
         ASSERT_TRUE(DatabaseFile::create(db, &e)) << e.text().toStdString();
     }
     TempDir tmp;
-    QString db = tmp.file("backup.db");
+    QString db = TestDatabase::connectionFor(tmp.file("backup.db")); // the connection text
     QString pdf = tmp.file("cards.pdf");
 };
 
