@@ -24,7 +24,7 @@ DbError storeById(const QString& connection, const Recordset& rs, int idField, c
     if (!c.isOpen() || !c.begin())
         return c.error();
     QSqlQuery q(c.database());
-    bool ok = q.prepare(QStringLiteral("UPDATE PNT_Beacon SET GEgridXY = ?, GEdata = ? WHERE ID = ?"));
+    bool ok = q.prepare(c.sql(QStringLiteral("UPDATE PNT_Beacon SET GEgridXY = ?, GEdata = ? WHERE ID = ?")));
     for (int row = 0; ok && row < texts.size(); ++row) {
         // an empty text, not Null, as the recordset would store it
         q.bindValue(0, texts[row].gridXY.isNull() ? QStringLiteral("") : texts[row].gridXY);

@@ -19,6 +19,14 @@ inline const QString DownLine = QStringLiteral("lines/down");
 inline const QString WeatherUrl = QStringLiteral("weather/url");
 // Database file; empty: backup.db in the user's data directory (or one already beside the program).
 inline const QString DatabaseFile = QStringLiteral("database/file");
+// The log on a PostgreSQL server instead of a file: driver "postgresql" (default "sqlite"), the
+// server's host (empty: its local socket), port (5432), database ("kestrel") and user (empty:
+// the login name). The password never stands here: PGPASSWORD or ~/.pgpass.
+inline const QString DatabaseDriver = QStringLiteral("database/driver");
+inline const QString DatabaseHost = QStringLiteral("database/host");
+inline const QString DatabasePort = QStringLiteral("database/port");
+inline const QString DatabaseName = QStringLiteral("database/database");
+inline const QString DatabaseUser = QStringLiteral("database/user");
 // Sound input device description; empty: the system's default input.
 inline const QString AudioDevice = QStringLiteral("audio/device");
 // Camera device; empty: no camera, the overlay text is shown on a label.

@@ -27,14 +27,14 @@ bool WsjtxContactLog::prepare(QString* error)
         return false;
     }
     QSqlQuery q(conn.database());
-    if (!q.exec(QStringLiteral("SELECT Callsign, Date, GMT, Band, mode FROM logtab"))) {
+    if (!q.exec(conn.sql(QStringLiteral("SELECT Callsign, Date, GMT, Band, mode FROM logtab")))) {
         *error = QStringLiteral("The database has no table logtab.");
         return false;
     }
     while (q.next())
         known_.insert(AdifImport::duplicateKey(q.value(0).toString(), q.value(1).toString(),
             q.value(2).toString(), q.value(3).toString(), q.value(4).toString()));
-    if (q.exec(QStringLiteral("SELECT * FROM logtab LIMIT 0"))) {
+    if (q.exec(conn.sql(QStringLiteral("SELECT * FROM logtab LIMIT 0")))) {
         const QSqlRecord all = q.record();
         for (int i = 0; i < all.count(); ++i)
             columns_ << all.fieldName(i).toLower();

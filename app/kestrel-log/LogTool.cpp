@@ -186,7 +186,7 @@ int LogTool::check()
         return fail(c.error().description);
     QSqlQuery q(c.database());
     QStringList problems;
-    if (!q.exec(QStringLiteral("PRAGMA integrity_check")))
+    if (!q.exec(c.sql(QStringLiteral("PRAGMA integrity_check"))))
         return fail(QStringLiteral("The integrity check could not run on %1.").arg(db_));
     while (q.next()) {
         if (q.value(0).toString() != QLatin1String("ok"))

@@ -109,7 +109,7 @@ bool AdifImport::prepareTable()
     QSqlQuery q(c.database());
     q.setForwardOnly(true);
     QSet<QString> present;
-    if (q.exec(QStringLiteral("PRAGMA table_info(logtab)"))) {
+    if (q.exec(c.sql(QStringLiteral("PRAGMA table_info(logtab)")))) {
         while (q.next())
             present.insert(q.value(1).toString().toLower());
     }
@@ -128,7 +128,7 @@ bool AdifImport::prepareTable()
     }
     insertSql_ = QStringLiteral("INSERT INTO logtab (%1) VALUES (%2)")
                      .arg(columns_.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
-    if (q.exec(QStringLiteral("SELECT Callsign, Date, GMT, Band, mode FROM logtab"))) {
+    if (q.exec(c.sql(QStringLiteral("SELECT Callsign, Date, GMT, Band, mode FROM logtab")))) {
         while (q.next())
             known_.insert(duplicateKey(q.value(0).toString(), q.value(1).toString(), q.value(2).toString(),
                 q.value(3).toString(), q.value(4).toString()));
@@ -178,6 +178,16 @@ bool AdifImport::insert(const AdifContact& contact)
 {
     // Bound as the Qt driver would bind these values: a null text is NULL, an empty one ''.
     const QVariantList values = contact.values();
+    if (conn_->onServer()) {
+        QVariantList projected;
+        projected.reserve(columnIndex_.size());
+        for (const int column : std::as_const(columnIndex_))
+            projected << values[column];
+        if (conn_->exec(insertSql_, projected))
+            return true;
+        error_ = conn_->error();
+        return false;
+    }
     texts_.resize(std::size_t(columnIndex_.size()));
     for (int k = 0; k < columnIndex_.size(); ++k) {
         const QVariant& v = values[columnIndex_[k]];
@@ -256,7 +266,7 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
             return fail(conn_->error());
         inTransaction_ = true;
     }
-    if (!insert_) {
+    if (!insert_ && !conn_->onServer()) {
         const QByteArray sql = insertSql_.toUtf8();
         if (sqlite3_prepare_v2(conn_->handle(), sql.constData(), int(sql.size()), &insert_, nullptr)
             != SQLITE_OK)

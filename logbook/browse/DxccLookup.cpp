@@ -16,8 +16,8 @@ QString lookupText(DbConnection& c, const QString& callsign)
     auto isExactCall = [&c](const QString& text) {
         QSqlQuery q(c.database());
         q.setForwardOnly(true);
-        q.prepare(QStringLiteral("SELECT 1 FROM dxccdata WHERE dxcccode = ? COLLATE NOCASE "
-                                 "AND instr(dxcccode, '%') = 0 AND instr(dxcccode, '_') = 0 LIMIT 1"));
+        q.prepare(c.sql(QStringLiteral("SELECT 1 FROM dxccdata WHERE dxcccode = ? COLLATE NOCASE "
+                                       "AND instr(dxcccode, '%') = 0 AND instr(dxcccode, '_') = 0 LIMIT 1")));
         q.addBindValue(text);
         return q.exec() && q.next();
     };
@@ -89,7 +89,7 @@ int convertPatterns(const QString& connection, DbError* error)
     DbConnection c(connection);
     const QString where = QStringLiteral(" WHERE substr(%1, -1) = '*'").arg(column);
     QSqlQuery count(c.database());
-    if (c.isOpen() && count.exec(QStringLiteral("SELECT count(*) FROM dxccdata") + where) && count.next()
+    if (c.isOpen() && count.exec(c.sql(QStringLiteral("SELECT count(*) FROM dxccdata") + where)) && count.next()
         && count.value(0).toInt() == 0)
         return 0; // nothing to write: a read-only file is fine too
     count.finish();

@@ -24,7 +24,7 @@ int run(const QString& connection, DbError* error)
         return fail(c.error());
     QSqlQuery rows(c.database());
     rows.setForwardOnly(true);
-    if (!rows.exec(QStringLiteral("SELECT ID, Callsign, DXCC, DxccNr FROM logtab"))) {
+    if (!rows.exec(c.sql(QStringLiteral("SELECT ID, Callsign, DXCC, DxccNr FROM logtab")))) {
         const QSqlError failed = rows.lastError();
         c.rollback();
         return fail(

@@ -26,8 +26,8 @@ bool WorkedBefore::load(const QString& connection, DbError* error)
     }
     QSqlQuery q(conn.database());
     q.setForwardOnly(true);
-    if (!q.exec(QStringLiteral(
-            "SELECT Callsign, Date, Band, mode, Grid, QSL, DXCC FROM logtab ORDER BY Date, GMT"))) {
+    if (!q.exec(conn.sql(QStringLiteral(
+            "SELECT Callsign, Date, Band, mode, Grid, QSL, DXCC FROM logtab ORDER BY Date, GMT")))) {
         if (error)
             *error = { DbErrorNumber::NoSuchField, QStringLiteral("The database has no table logtab.") };
         return false;

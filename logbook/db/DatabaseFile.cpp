@@ -2,6 +2,7 @@
 
 #include "core/ExtensionSettings.h"
 #include "core/Station.h"
+#include "logbook/db/DatabaseServer.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogbookLogging.h"
 #include "logbook/db/LogbookSchema.h"
@@ -97,12 +98,16 @@ DatabaseFile::Places DatabaseFile::systemPlaces()
     Places p;
     p.programDir = QCoreApplication::applicationDirPath();
     p.appDataDir = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    p.configured = ExtensionSettings::value(ExtensionKey::DatabaseFile);
+    p.configured = DatabaseServer::configured();
+    if (p.configured.isEmpty())
+        p.configured = ExtensionSettings::value(ExtensionKey::DatabaseFile);
     return p;
 }
 
 QString DatabaseFile::resolve(const Places& places)
 {
+    if (DbConnection::isServer(places.configured))
+        return places.configured;
     if (!places.configured.isEmpty())
         return QFileInfo(places.configured).absoluteFilePath();
     // A log already beside the program stays in use; a new one goes to the user's data folder,
@@ -123,6 +128,10 @@ bool DatabaseFile::isReadOnly(const QString& path)
 
 DbError DatabaseFile::check(const QString& path)
 {
+    if (DbConnection::isServer(path)) {
+        const DbError e = DatabaseServer::identify(path);
+        return e.number == DbErrorNumber::NoFile ? DbError() : e;
+    }
     const QFileInfo info(path);
     if (!info.absoluteDir().exists())
         return { DbErrorNumber::NoFile,
@@ -155,6 +164,8 @@ DbError DatabaseFile::check(const QString& path)
 
 DbError DatabaseFile::identify(const QString& path)
 {
+    if (DbConnection::isServer(path))
+        return DatabaseServer::identify(path);
     // Read-only, so that not even a journal mode is changed in a file that is not ours.
     sqlite3* h = nullptr;
     DbError e;
@@ -200,6 +211,10 @@ bool DatabaseFile::create(const QString& path, DbError* error)
         qCWarning(lcLogbook) << "creating" << path << "failed:" << e.text();
         return false;
     };
+    if (DbConnection::isServer(path)) {
+        const DbError e = DatabaseServer::prepare(path);
+        return e ? failed(e) : true;
+    }
     const QFileInfo info(path);
     if (info.exists())
         return failed(
@@ -254,6 +269,8 @@ bool DatabaseFile::create(const QString& path, DbError* error)
 
 DbError DatabaseFile::prepare(const QString& path)
 {
+    if (DbConnection::isServer(path))
+        return DatabaseServer::prepare(path);
     const QFileInfo info(path);
     if (!info.exists() && info.absoluteDir().exists()) {
         DbError e;
@@ -274,6 +291,8 @@ DbError DatabaseFile::prepare(const QString& path)
 
 DbError DatabaseFile::checkpoint(const QString& path)
 {
+    if (DbConnection::isServer(path))
+        return {}; // the server keeps its own journal
     DbConnection c(path);
     if (!c.isOpen())
         return c.error();
@@ -289,6 +308,10 @@ DatabaseFile::Opening DatabaseFile::open(const Places& places)
 {
     Opening o;
     o.path = resolve(places);
+    if (DbConnection::isServer(o.path)) {
+        o.error = prepare(o.path);
+        return o;
+    }
     const QString beside
         = places.programDir.isEmpty() ? QString() : QDir(places.programDir).absoluteFilePath(FileName);
     if (places.configured.isEmpty() && o.path != beside) {

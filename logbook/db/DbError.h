@@ -21,4 +21,6 @@ constexpr int NotOpen = 3704;
 constexpr int NotUpdatable = 3251;
 constexpr int RowChanged = 3640;
 constexpr int NoFile = 3024;
+// The logbook server cannot be reached (refused, gone, restarting): what was typed is kept.
+constexpr int ServerGone = 3151;
 } // namespace DbErrorNumber

@@ -1,5 +1,7 @@
 #include "logbook/db/LogbookSchema.h"
 
+#include <QHash>
+
 namespace {
 // The 31 columns of the log as delivered. Column 0 is the hidden row id; 1 to 16 are the ones
 // the program names; the rest are kept for other loggers and never touched. Date is stored
@@ -65,6 +67,22 @@ QString oldBeacons()
 QString dxccTable()
 {
     return QStringLiteral("CREATE TABLE dxccdata (%1)").arg(QLatin1String(DxccColumns));
+}
+
+QString spelling(const QString& name)
+{
+    static const QHash<QString, QString> names = [] {
+        QHash<QString, QString> out;
+        for (const char* list : { LogColumns, MapColumns, AdifColumns, DxccColumns, DxccEntityColumns,
+                 BeaconColumnList, "XCoord REAL, YCoord REAL" }) {
+            for (const QString& column : QString::fromLatin1(list).split(QLatin1Char(','))) {
+                const QString n = column.trimmed().section(QLatin1Char(' '), 0, 0);
+                out.insert(n.toLower(), n);
+            }
+        }
+        return out;
+    }();
+    return names.value(name, name);
 }
 
 } // namespace LogbookSchema

@@ -20,4 +20,8 @@ QString oldLogtab();
 QString oldBeacons();
 // The dxccdata table as it was before schema migration 2.
 QString dxccTable();
+
+// A column name as the schema spells it ("callsign" -> "Callsign"): a server gives every
+// unquoted name back in lower case. Names the schema does not know come back unchanged.
+QString spelling(const QString& name);
 } // namespace LogbookSchema

@@ -6,7 +6,6 @@
 #include <QSqlQuery>
 #include <QSqlRecord>
 
-#include <sqlite3.h>
 
 namespace {
 const QString NoCurrentText = QStringLiteral(
@@ -93,24 +92,18 @@ bool Recordset::checkStatement()
     DbConnection c(connection_, busyTimeoutMs_);
     if (!c.isOpen())
         return fail(c.error());
-    const QString sql = finalSql();
-    const QByteArray utf8 = sql.toUtf8();
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(c.handle(), utf8.constData(), int(utf8.size()), &st, nullptr) != SQLITE_OK) {
-        sqlite3_finalize(st);
-        return fail(DbConnection::sqliteError(sqlite3_extended_errcode(c.handle()),
-            QString::fromUtf8(sqlite3_errmsg(c.handle())) + QStringLiteral(" in: ") + sql, connection_));
-    }
+    QStringList all;
+    if (!c.describe(finalSql(), &all))
+        return fail(c.error());
     const int first = canUpdate() ? 1 : 0;
     names_.clear();
     index_.clear();
-    for (int i = first; i < sqlite3_column_count(st); ++i) {
-        const QString name = QString::fromUtf8(sqlite3_column_name(st, i));
+    for (int i = first; i < all.size(); ++i) {
+        const QString& name = all[i];
         if (!index_.contains(name.toLower())) // the first of equal names wins
             index_.insert(name.toLower(), int(names_.size()));
         names_ << name;
     }
-    sqlite3_finalize(st);
     loaded_ = false;
     return true;
 }
@@ -127,27 +120,8 @@ bool Recordset::load() const
     DbConnection c(connection_, busyTimeoutMs_);
     if (!c.isOpen())
         return fail(c.error());
-    const QString sql = finalSql();
-    const QByteArray utf8 = sql.toUtf8();
-    sqlite3* h = c.handle();
-    sqlite3_stmt* st = nullptr;
-    auto sqliteFail = [&] {
-        const DbError e = DbConnection::sqliteError(sqlite3_extended_errcode(h),
-            QString::fromUtf8(sqlite3_errmsg(h)) + QStringLiteral(" in: ") + sql, connection_);
-        sqlite3_finalize(st);
-        return fail(e);
-    };
-    if (sqlite3_prepare_v2(h, utf8.constData(), int(utf8.size()), &st, nullptr) != SQLITE_OK)
-        return sqliteFail();
-    const int first = canUpdate() ? 1 : 0;
-    const int columns = sqlite3_column_count(st) - first;
-    rows_.reset(columns);
-    int rc;
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW)
-        rows_.appendFromStatement(st, first, first ? sqlite3_column_int64(st, 0) : 0);
-    if (rc != SQLITE_DONE)
-        return sqliteFail();
-    sqlite3_finalize(st);
+    if (!c.readRows(finalSql(), rows_, canUpdate() ? 1 : 0))
+        return fail(c.error());
     loaded_ = true;
     pos_ = rows_.rowCount() > 0 ? 0 : -1;
     currentDeleted_ = false;
@@ -439,9 +413,9 @@ bool Recordset::writeNew()
             row[it.key()] = it.value();
         QSqlQuery back(c.database());
         back.setForwardOnly(true);
-        if (back.exec(QStringLiteral("SELECT * FROM %1 WHERE rowid = %2")
-                          .arg(quotedName(source_.baseTable()))
-                          .arg(rowId))
+        if (back.exec(c.sql(QStringLiteral("SELECT * FROM %1 WHERE rowid = %2")
+                                    .arg(quotedName(source_.baseTable()))
+                                    .arg(rowId)))
             && back.next()) {
             const QSqlRecord rec = back.record();
             for (int i = 0; i < fieldCount(); ++i) {
@@ -537,6 +511,7 @@ bool Recordset::beginWrites()
     if (writes_)
         return true;
     auto c = std::make_unique<DbConnection>(connection_, busyTimeoutMs_);
+    c->setStatementRollback(true);
     if (!c->isOpen() || !c->begin())
         return fail(c->error());
     writes_ = std::move(c);

@@ -1,7 +1,9 @@
 #include "logbook/db/RowStore.h"
 
+#include <libpq-fe.h>
 #include <sqlite3.h>
 
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -42,6 +44,47 @@ void RowStore::setText(std::size_t cell, const char* data, std::size_t size, boo
         types_[cell] = blob ? BigBlob : BigText;
         words_[cell] = std::uint64_t(big_.size() - 1);
     }
+}
+
+void RowStore::appendFromServer(const pg_result* result, int row, int first, std::int64_t rowId)
+{
+    // Type numbers of PostgreSQL's catalogue (pg_type.h): the integer and floating-point types
+    // become numbers as SQLite gives them; everything else is text.
+    enum : Oid { Int8 = 20, Int2 = 21, Int4 = 23, Oid4 = 26, Float4 = 700, Float8 = 701, Numeric = 1700 };
+    const std::size_t base = types_.size();
+    types_.resize(base + std::size_t(columns_), Null);
+    words_.resize(base + std::size_t(columns_), 0);
+    for (int c = 0; c < columns_; ++c) {
+        const std::size_t cell = base + std::size_t(c);
+        const int col = first + c;
+        if (PQgetisnull(result, row, col))
+            continue;
+        const char* text = PQgetvalue(result, row, col);
+        switch (PQftype(result, col)) {
+        case Int8:
+        case Int2:
+        case Int4:
+        case Oid4: {
+            const std::int64_t v = std::strtoll(text, nullptr, 10);
+            types_[cell] = Integer;
+            std::memcpy(&words_[cell], &v, sizeof v);
+            break;
+        }
+        case Float4:
+        case Float8:
+        case Numeric: {
+            const double v = std::strtod(text, nullptr);
+            types_[cell] = Real;
+            std::memcpy(&words_[cell], &v, sizeof v);
+            break;
+        }
+        default:
+            setText(cell, text, std::size_t(PQgetlength(result, row, col)), false);
+            break;
+        }
+    }
+    rowIds_.push_back(rowId);
+    order_.push_back(int(rowIds_.size() - 1));
 }
 
 void RowStore::appendFromStatement(sqlite3_stmt* st, int first, std::int64_t rowId)

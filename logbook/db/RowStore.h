@@ -10,6 +10,7 @@
 #include <vector>
 
 struct sqlite3_stmt;
+struct pg_result;
 
 class RowStore {
 public:
@@ -20,6 +21,8 @@ public:
 
     // Appends the current row of a stepped statement, columns first..first+columnCount()-1.
     void appendFromStatement(sqlite3_stmt* statement, int first, std::int64_t rowId);
+    // Appends row `row` of a server's result (texts in its text format), columns from `first` on.
+    void appendFromServer(const pg_result* result, int row, int first, std::int64_t rowId);
     void appendRow(const QList<QVariant>& values, std::int64_t rowId);
 
     QVariant value(int row, int column) const;

@@ -22,7 +22,7 @@ bool RowUpdateBatch::flush()
         return false;
     }
     QSqlQuery q(c.database());
-    bool ok = q.prepare(sql_);
+    bool ok = q.prepare(c.sql(sql_));
     for (qsizetype i = 0; ok && i < pending_.size(); ++i) {
         const Row& r = pending_[i];
         for (qsizetype v = 0; v < r.values.size(); ++v)

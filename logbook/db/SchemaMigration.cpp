@@ -14,7 +14,7 @@ QStringList columnNames(DbConnection& c, const QString& table)
     QSqlQuery q(c.database());
     q.setForwardOnly(true);
     QStringList out;
-    if (q.exec(QStringLiteral("PRAGMA table_info(%1)").arg(table))) {
+    if (q.exec(c.sql(QStringLiteral("PRAGMA table_info(%1)").arg(table)))) {
         while (q.next())
             out << q.value(1).toString();
     }
@@ -40,7 +40,7 @@ QStringList addMissing(DbConnection& c, const QString& table, const QList<QPair<
 int SchemaMigration::version(DbConnection& c)
 {
     QSqlQuery q(c.database());
-    return q.exec(QStringLiteral("PRAGMA user_version")) && q.next() ? q.value(0).toInt() : -1;
+    return q.exec(c.sql(QStringLiteral("PRAGMA user_version"))) && q.next() ? q.value(0).toInt() : -1;
 }
 
 int SchemaMigration::version(const QString& file, DbError* error)

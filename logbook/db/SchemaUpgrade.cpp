@@ -19,7 +19,7 @@ int SchemaUpgrade::rowFieldCount(const QString& connection, const QString& sql, 
     }
     QSqlQuery q(c.database());
     q.setForwardOnly(true);
-    if (!q.exec(sql)) {
+    if (!q.exec(c.sql(sql))) {
         const QSqlError e = q.lastError();
         if (error)
             *error = DbConnection::sqliteError(
