@@ -355,19 +355,68 @@ void derivedTableAlias(Tokens& t)
     }
 }
 
-// SQLite puts NULL first going up and last going down, PostgreSQL the other way round.
+// The columns declared COLLATE NOCASE: SQLite sorts them without case.
+bool nocaseColumn(const Tokens& t, qsizetype i)
+{
+    return t[i].kind == Token::Word && isAny(t, i, { "Callsign", "Grid", "Band", "beacon" });
+}
+
+// SQLite reads a table in row-id order, and the log relies on it: the DXCC lookup takes the first
+// matching row, lists keep their order after a change. PostgreSQL promises no order, so a plain
+// read of one of the log's tables (no order, grouping, limit or function of its own) is ordered
+// by ID.
+void storedOrder(Tokens& t)
+{
+    for (qsizetype i = 0; i < t.size(); ++i) {
+        if (!is(t, i, "SELECT"))
+            continue;
+        qsizetype j = next(t, i);
+        while (j < t.size() && !is(t, j, "FROM")
+            && (t[j].kind == Token::Word || t[j].kind == Token::Name || isChar(t, j, '*') || isChar(t, j, ',')
+                || isChar(t, j, '.'))
+            && !is(t, j, "DISTINCT"))
+            j = next(t, j);
+        const qsizetype table = next(t, j);
+        if (!is(t, j, "FROM") || !isAny(t, table, { "logtab", "PNT_Beacon", "dxccdata" }))
+            continue;
+        // The end of this SELECT: its closing parenthesis, a ';' or the end of the text.
+        qsizetype end = table;
+        bool ordered = false;
+        for (int depth = 0; end < t.size(); ++end) {
+            if (depth == 0 && (isChar(t, end, ')') || isChar(t, end, ';')))
+                break;
+            depth += isChar(t, end, '(') - isChar(t, end, ')');
+            ordered = ordered
+                || (depth == 0 && isAny(t, end, { "ORDER", "GROUP", "LIMIT", "OFFSET", "UNION", "EXCEPT" }));
+        }
+        // After a literal left open the text would only grow into it.
+        const qsizetype last = prev(t, end);
+        const bool openLiteral = t[last].kind == Token::Literal
+            && (t[last].text.size() < 2 || !t[last].text.endsWith(QLatin1Char('\'')));
+        if (!ordered && !openLiteral)
+            t.insert(end, { Token::Other, QStringLiteral(" ORDER BY ID NULLS FIRST") });
+    }
+}
+
+// SQLite puts NULL first going up and last going down, PostgreSQL the other way round; a
+// NOCASE column sorts without case.
 void orderByNulls(Tokens& t)
 {
     for (qsizetype i = 0; i < t.size(); ++i) {
         if (!is(t, i, "ORDER") || !is(t, next(t, i), "BY"))
             continue;
         QList<qsizetype> keyEnds; // the last token of each key without a NULLS of its own
+        QList<qsizetype> nocaseKeys; // keys that are just a NOCASE column's name
+        qsizetype first = -1;
         qsizetype last = -1;
         bool nulls = false;
         auto endKey = [&] {
             if (last >= 0 && !nulls)
                 keyEnds.append(last);
-            last = -1;
+            if (first >= 0 && nocaseColumn(t, first)
+                && (first == last || (next(t, first) == last && isAny(t, last, { "ASC", "DESC" }))))
+                nocaseKeys.append(first);
+            first = last = -1;
             nulls = false;
         };
         int depth = 0;
@@ -381,9 +430,13 @@ void orderByNulls(Tokens& t)
             }
             depth += isChar(t, j, '(') - isChar(t, j, ')');
             nulls = nulls || (depth == 0 && is(t, j, "NULLS"));
+            if (first < 0)
+                first = j;
             last = j;
         }
         endKey();
+        for (const qsizetype k : nocaseKeys)
+            t[k].text = QStringLiteral("lower(%1)").arg(t[k].text);
         for (auto k = keyEnds.crbegin(); k != keyEnds.crend(); ++k)
             t.insert(*k + 1,
                 { Token::Other,
@@ -401,10 +454,10 @@ const QList<Translation>& postgresTable()
     static const QList<Translation> table {
         { "LIKE ignores case in SQLite, not in PostgreSQL",
             "SELECT * FROM logtab WHERE Band LIKE ? AND QSL not like 'q'",
-            "SELECT * FROM logtab WHERE Band ILIKE ? AND QSL not ILIKE 'q'" },
+            "SELECT * FROM logtab WHERE Band ILIKE ? AND QSL not ILIKE 'q' ORDER BY ID NULLS FIRST" },
         { "COLLATE NOCASE in a comparison: both sides folded",
             "SELECT 1 FROM dxccdata WHERE dxcccode = ? COLLATE NOCASE",
-            "SELECT 1 FROM dxccdata WHERE lower(dxcccode) = lower(?)" },
+            "SELECT 1 FROM dxccdata WHERE lower(dxcccode) = lower(?) ORDER BY ID NULLS FIRST" },
         { "COLLATE NOCASE of a column: dropped, searches use ILIKE",
             "CREATE TABLE t (ID INTEGER PRIMARY KEY, Callsign TEXT COLLATE NOCASE, Band TEXT)",
             "CREATE TABLE t (ID BIGSERIAL PRIMARY KEY, Callsign TEXT, Band TEXT)" },
@@ -423,10 +476,17 @@ const QList<Translation>& postgresTable()
             "ALTER TABLE logtab ADD COLUMN GEdata varchar(250);" },
         { "A subquery in FROM needs a name in PostgreSQL",
             "SELECT * FROM (SELECT * FROM logtab) WHERE  band like '2m'",
-            "SELECT * FROM (SELECT * FROM logtab) AS sub WHERE  band ILIKE '2m'" },
+            "SELECT * FROM (SELECT * FROM logtab ORDER BY ID NULLS FIRST) AS sub WHERE  band ILIKE '2m'" },
         { "NULL sorts first going up in SQLite, last in PostgreSQL",
             "SELECT * FROM logtab ORDER BY date  desc , Grid, ID ASC",
-            "SELECT * FROM logtab ORDER BY date  desc NULLS LAST , Grid NULLS FIRST, ID ASC NULLS FIRST" },
+            "SELECT * FROM logtab ORDER BY date  desc NULLS LAST , lower(Grid) NULLS FIRST, ID ASC NULLS FIRST" },
+        { "A NOCASE column sorts without case in SQLite",
+            "SELECT * FROM logtab WHERE QSL like 'T' ORDER BY callsign",
+            "SELECT * FROM logtab WHERE QSL ILIKE 'T' ORDER BY lower(callsign) NULLS FIRST" },
+        { "SQLite reads a table in row-id order; PostgreSQL promises none",
+            "SELECT * FROM (SELECT beacon, qrg FROM PNT_beacon where beacon like 'DB0%') WHERE qrg <> ''",
+            "SELECT * FROM (SELECT beacon, qrg FROM PNT_beacon where beacon ILIKE 'DB0%' ORDER BY ID NULLS FIRST) AS sub "
+            "WHERE qrg <> ''" },
         { "BEGIN IMMEDIATE is SQLite's write lock; PostgreSQL locks rows itself", "BEGIN IMMEDIATE",
             "BEGIN" },
         { "CAST AS INTEGER: SQLite takes the leading digits, PostgreSQL fails on other text",
@@ -438,10 +498,10 @@ const QList<Translation>& postgresTable()
             "UPDATE \"PNT_Beacon\" SET \"GEdata\" = ? WHERE ID = ?",
             "UPDATE \"pnt_beacon\" SET \"gedata\" = ? WHERE ID = ?" },
         { "instr() is strpos() in PostgreSQL", "SELECT 1 FROM dxccdata WHERE instr(dxcccode, '%') = 0",
-            "SELECT 1 FROM dxccdata WHERE strpos(dxcccode, '%') = 0" },
+            "SELECT 1 FROM dxccdata WHERE strpos(dxcccode, '%') = 0 ORDER BY ID NULLS FIRST" },
         { "GLOB is SQLite's; a literal pattern becomes an anchored regular expression",
             "SELECT * FROM logtab WHERE NrSent GLOB '[0-9]*' AND Grid NOT GLOB 'J?6.*'",
-            "SELECT * FROM logtab WHERE NrSent ~ '^[0-9].*$' AND Grid !~ '^J.6\\..*$'" },
+            "SELECT * FROM logtab WHERE NrSent ~ '^[0-9].*$' AND Grid !~ '^J.6\\..*$' ORDER BY ID NULLS FIRST" },
         { "substr(x, -n) counts from the end in SQLite, not in PostgreSQL",
             "SELECT count(*) FROM dxccdata WHERE substr(\"dxcccode\", -1) = '*'",
             "SELECT count(*) FROM dxccdata WHERE right(\"dxcccode\", 1) = '*'" },
@@ -474,6 +534,7 @@ QString toPostgres(const QString& sqliteText)
     glob(t);
     substrFromEnd(t);
     castInteger(t);
+    storedOrder(t);
     derivedTableAlias(t);
     orderByNulls(t);
     return join(t, 0, t.size());

@@ -39,7 +39,7 @@ QStringList BeaconDb::column(const QString& name) const
     DbConnection c(path_);
     QSqlQuery q(c.database());
     QStringList out;
-    q.exec(QStringLiteral("SELECT %1 FROM PNT_Beacon ORDER BY rowid").arg(name));
+    q.exec(c.sql(QStringLiteral("SELECT %1 FROM PNT_Beacon ORDER BY rowid").arg(name)));
     while (q.next())
         out << (q.value(0).isNull() ? QStringLiteral("<null>") : q.value(0).toString());
     return out;

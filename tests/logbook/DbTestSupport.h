@@ -3,6 +3,7 @@
 // folder, rows put in and read back by column name, and a look at a table's declared columns.
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
+#include "logbook/db/LogbookSchema.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
 #include "tests/support/TempDir.h"
@@ -40,10 +41,10 @@ inline QStringList tableColumns(const QString& path, const QString& table)
 {
     DbConnection c(path);
     QSqlQuery q(c.database());
-    q.exec(QStringLiteral("PRAGMA table_info(%1)").arg(table));
+    q.exec(c.sql(QStringLiteral("PRAGMA table_info(%1)").arg(table)));
     QStringList out;
     while (q.next())
-        out << q.value(1).toString() + QLatin1Char(' ') + q.value(2).toString();
+        out << LogbookSchema::spelling(q.value(1).toString()) + QLatin1Char(' ') + q.value(2).toString();
     return out;
 }
 
@@ -91,7 +92,7 @@ public:
         while (q.next()) {
             Row r;
             for (int i = 0; i < columns.size(); ++i)
-                r.insert(columns[i], q.value(i));
+                r.insert(columns[i], q.isNull(i) ? QVariant() : q.value(i)); // a server's NULL has a type
             out << r;
         }
         return out;

@@ -16,8 +16,9 @@ void expectTranslations(const QList<Case>& cases)
 {
     for (const Case& c : cases) {
         const QString out = SqlDialect::toPostgres(c.sqlite);
-        EXPECT_EQ(out, c.postgres) << c.sqlite.toStdString();
-        EXPECT_EQ(SqlDialect::toPostgres(out), out) << "not idempotent: " << c.sqlite.toStdString();
+        EXPECT_EQ(out.toStdString(), c.postgres.toStdString()) << c.sqlite.toStdString();
+        EXPECT_EQ(SqlDialect::toPostgres(out).toStdString(), out.toStdString())
+            << "not idempotent: " << c.sqlite.toStdString();
     }
 }
 } // namespace
@@ -27,7 +28,7 @@ TEST(SqlDialect, EveryRuleOfTheTableGivesItsExample)
     QList<Case> cases;
     for (const SqlDialect::Translation& row : SqlDialect::postgresTable())
         cases.append({ QString::fromUtf8(row.sqlite), QString::fromUtf8(row.postgres) });
-    ASSERT_EQ(cases.size(), 21);
+    ASSERT_EQ(cases.size(), 23);
     expectTranslations(cases);
 }
 
@@ -36,12 +37,12 @@ TEST(SqlDialect, LiteralsAndUnnamedTextsPassUnchanged)
     expectTranslations({
         // LIKE, rowid, NOCASE, "names" and parentheses inside literals stay.
         { "SELECT * FROM logtab WHERE Comment = 'like rowid' AND Nam LIKE 'O''Neill (LIKE)'",
-            "SELECT * FROM logtab WHERE Comment = 'like rowid' AND Nam ILIKE 'O''Neill (LIKE)'" },
+            "SELECT * FROM logtab WHERE Comment = 'like rowid' AND Nam ILIKE 'O''Neill (LIKE)' ORDER BY ID NULLS FIRST" },
         { "SELECT 'rowid', rowid FROM t", "SELECT 'rowid', ID FROM t" },
         { "SELECT * FROM t WHERE a = 'x COLLATE NOCASE \"Q\" ORDER BY b'",
             "SELECT * FROM t WHERE a = 'x COLLATE NOCASE \"Q\" ORDER BY b'" },
         { "select *  from logtab where grid <> ''order by grid",
-            "select *  from logtab where grid <> ''order by grid NULLS FIRST" },
+            "select *  from logtab where grid <> ''order by lower(grid) NULLS FIRST" },
         // An unterminated literal (the head of a spliced text) is a literal to the end.
         { "SELECT * FROM dxccdata where 'LIKE x", "SELECT * FROM dxccdata where 'LIKE x" },
         { "UPDATE logtab SET QSL = ? WHERE ID = ? AND QSL = ?",
@@ -172,24 +173,24 @@ TEST(SqlDialect, EveryLogbookTextHasItsPostgresForm)
     const QString search
         = SqlSource(SqlText::searchByCallsign("O'N")).statement(QString(), SqlText::LogListSort);
     expectTranslations({
-        { SqlText::LogList, "SELECT * FROM logtab" },
-        { SqlText::LogTabCount, "SELECT * FROM LogTab" },
-        { SqlText::Beacons, "SELECT * FROM PNT_Beacon" },
-        { SqlText::BeaconMap, "select *  from PNT_Beacon" },
-        { SqlText::BeaconList, "SELECT beacon, Locator, qrg, Equipment FROM PNT_beacon" },
+        { SqlText::LogList, "SELECT * FROM logtab ORDER BY ID NULLS FIRST" },
+        { SqlText::LogTabCount, "SELECT * FROM LogTab ORDER BY ID NULLS FIRST" },
+        { SqlText::Beacons, "SELECT * FROM PNT_Beacon ORDER BY ID NULLS FIRST" },
+        { SqlText::BeaconMap, "select *  from PNT_Beacon ORDER BY ID NULLS FIRST" },
+        { SqlText::BeaconList, "SELECT beacon, Locator, qrg, Equipment FROM PNT_beacon ORDER BY ID NULLS FIRST" },
         { SqlText::beaconSearch("GB3"),
-            "SELECT beacon, Locator, qrg, Equipment  FROM PNT_beacon where beacon ILIKE 'GB3%'" },
-        { SqlText::dxccLookup("O'NEILL"), "SELECT * FROM dxccdata where 'O''NEILL' ILIKE dxcccode " },
-        { SqlText::DxccAll, "SELECT * FROM dxccdata  " },
-        { SqlText::searchByCallsign("dl1"), "select * from logtab where  callsign ILIKE 'dl1%'" },
-        { SqlText::searchByGrid("JO"), "select * from logtab where  Grid ILIKE 'JO%'" },
-        { SqlText::LogWithGrid, "select *  from logtab where grid <> ''order by grid NULLS FIRST" },
+            "SELECT beacon, Locator, qrg, Equipment  FROM PNT_beacon where beacon ILIKE 'GB3%' ORDER BY ID NULLS FIRST" },
+        { SqlText::dxccLookup("O'NEILL"), "SELECT * FROM dxccdata where 'O''NEILL' ILIKE dxcccode  ORDER BY ID NULLS FIRST" },
+        { SqlText::DxccAll, "SELECT * FROM dxccdata   ORDER BY ID NULLS FIRST" },
+        { SqlText::searchByCallsign("dl1"), "select * from logtab where  callsign ILIKE 'dl1%' ORDER BY ID NULLS FIRST" },
+        { SqlText::searchByGrid("JO"), "select * from logtab where  Grid ILIKE 'JO%' ORDER BY ID NULLS FIRST" },
+        { SqlText::LogWithGrid, "select *  from logtab where grid <> ''order by lower(grid) NULLS FIRST" },
         { SqlText::LogWithGridConfirmed,
-            "select *  from logtab where grid <> ''and QSL ILIKE'q' order by grid NULLS FIRST" },
+            "select *  from logtab where grid <> ''and QSL ILIKE'q' order by lower(grid) NULLS FIRST" },
         { SqlText::LogWithDxcc, "select  *  from logtab where DXCC <>'' order by dxcc NULLS FIRST " },
         { SqlText::LogWithDxccConfirmed,
             "select  *  from logtab where DXCC <>'' and QSL ILIKE 'Q'  order by dxcc NULLS FIRST " },
-        { SqlText::qslRun("T"), "select  *  from logtab where  QSL ILIKE 'T' order by callsign NULLS FIRST" },
+        { SqlText::qslRun("T"), "select  *  from logtab where  QSL ILIKE 'T' order by lower(callsign) NULLS FIRST" },
         { SqlText::AddLogGEdata, "ALTER TABLE logtab ADD COLUMN GEdata varchar(250);" },
         { SqlText::AddLogGEpoly, "ALTER TABLE logtab ADD COLUMN GEpoly varchar(250);" },
         { SqlText::AddLogGEgridXY, "ALTER TABLE logtab ADD COLUMN GEgridXY varchar(250);" },
@@ -201,18 +202,17 @@ TEST(SqlDialect, EveryLogbookTextHasItsPostgresForm)
         { SqlText::bandFilter(""), " band ILIKE ''" },
         // The sorts are translated within the statement they end up in.
         { logList,
-            "SELECT * FROM (SELECT logtab.ID AS kestrel_rowid, * FROM logtab) AS sub WHERE  band ILIKE '144' "
-            "ORDER BY date  desc NULLS LAST , kestrel_rowid DESC NULLS LAST" },
+            "SELECT * FROM (SELECT logtab.ID AS kestrel_rowid, * FROM logtab ORDER BY ID NULLS FIRST) AS sub "
+            "WHERE  band ILIKE '144' ORDER BY date  desc NULLS LAST , kestrel_rowid DESC NULLS LAST" },
         { beaconList,
             "SELECT * FROM (SELECT PNT_beacon.ID AS kestrel_rowid, beacon, Locator, qrg, Equipment FROM "
-            "PNT_beacon) "
-            "AS sub WHERE  beacon ILIKE '%/b%' ORDER BY qrg  asc NULLS FIRST , kestrel_rowid NULLS FIRST" },
+            "PNT_beacon ORDER BY ID NULLS FIRST) AS sub WHERE  beacon ILIKE '%/b%' ORDER BY qrg  asc NULLS "
+            "FIRST , kestrel_rowid NULLS FIRST" },
         { beaconByName,
-            "SELECT * FROM (SELECT beacon, Locator, qrg, Equipment FROM PNT_beacon) AS sub "
-            "ORDER BY beacon  asc NULLS FIRST " },
+            "SELECT * FROM (SELECT beacon, Locator, qrg, Equipment FROM PNT_beacon ORDER BY ID NULLS FIRST) AS "
+            "sub ORDER BY lower(beacon)  asc NULLS FIRST " },
         { search,
-            "SELECT * FROM (select logtab.ID AS kestrel_rowid, * from logtab where  callsign ILIKE 'O''N%') "
-            "AS sub "
-            "ORDER BY date  desc NULLS LAST , kestrel_rowid DESC NULLS LAST" },
+            "SELECT * FROM (select logtab.ID AS kestrel_rowid, * from logtab where  callsign ILIKE 'O''N%' "
+            "ORDER BY ID NULLS FIRST) AS sub ORDER BY date  desc NULLS LAST , kestrel_rowid DESC NULLS LAST" },
     });
 }
