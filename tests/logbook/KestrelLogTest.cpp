@@ -4,12 +4,16 @@
 #include "EdiGolden.h"
 #include "core/Station.h"
 #include "core/StationConfig.h"
+#include "logbook/adif/AdifImport.h"
 #include "logbook/browse/DxccLookup.h"
+#include "logbook/db/LogCopy.h"
 #include "logbook/db/SchemaMigration.h"
 #include "tests/support/PgServer.h"
 
 #include <QFile>
 #include <QProcess>
+
+#include <limits>
 
 namespace {
 
@@ -388,6 +392,37 @@ TEST_F(KestrelLogCopy, AValueTheServerCannotHoldStopsTheCopyWithTheRowNamed)
             QStringLiteral("kestrel-log: %1 Nothing was copied.\n").arg(c.message).toStdString());
         EXPECT_EQ(count(club, "logtab"), 0);
     }
+}
+
+// The import stores its records on a server through COPY: what it stores there, copied back
+// into a file, is what the same import stores in a file.
+TEST_F(KestrelLogCopy, AnAdifImportOnTheServerStoresWhatItStoresInAFile)
+{
+    auto field = [](const char* name, const QString& value) {
+        const QByteArray v = value.toUtf8();
+        return '<' + QByteArray(name) + ':' + QByteArray::number(v.size()) + '>' + v + ' ';
+    };
+    QByteArray adif = "generated\n<EOH>\n";
+    for (int i = 0; i < 300; ++i)
+        adif += field("CALL", QStringLiteral("DL%1AB").arg(i)) + field("QSO_DATE", "20261115")
+            + field("TIME_ON", QStringLiteral("18%1").arg(i % 60, 2, 10, QLatin1Char('0')))
+            + field("BAND", "2m") + field("MODE", "SSB") + field("GRIDSQUARE", "JO62QM")
+            + field("NAME", "Jürgen 日本") + field("COMMENT", "a\tb\\N c\\") + field("CQZ", "14")
+            + field("DISTANCE", i % 2 ? "12,5" : "512.5") + field("STATE", "NY") + "<RST_SENT:0> <EOR>\n";
+    const QString club = serverLog("club");
+    ASSERT_FALSE(DatabaseFile::prepare(club));
+    for (const QString& log : { db.path(), club }) {
+        AdifImport import(log, {});
+        for (AdifImport::State s = import.startData(adif, "in.adi"); s == AdifImport::State::Running;)
+            s = import.step(std::numeric_limits<qint64>::max());
+        EXPECT_EQ(import.state(), AdifImport::State::Done) << import.error().text().toStdString();
+        EXPECT_EQ(import.imported(), 300);
+    }
+    const QString back = db.dir.file("back.db");
+    const LogCopy::Result r = LogCopy::run(club, back);
+    ASSERT_FALSE(r.error) << r.error.text().toStdString();
+    EXPECT_EQ(r.report().value(0).toStdString(), "logtab: 300 rows copied");
+    EXPECT_EQ(dump(back), dump(db.path()));
 }
 
 TEST_F(KestrelLogCopy, AServerThatCannotBeReachedFailsWithTheMessage)
