@@ -328,6 +328,8 @@ TEST_F(KestrelLogCopy, NeverMergesIntoALogWithContactsNorTouchesOneNotKestrels)
     const QString foreign = db.dir.file("other.sqlite");
     ASSERT_TRUE(execAll(foreign, { "CREATE TABLE notes (text TEXT)" }, true));
     const QByteArray foreignBytes = db.dir.read("other.sqlite");
+    TestDb old;
+    ASSERT_TRUE(execAll(old.path(), { "PRAGMA user_version = 1" }));
     const QString club = serverLog("club");
     ASSERT_EQ(kestrelLog({ "copy", "--from", db.path(), "--to", club }).status, 0);
     const QString notKestrel = "The file is not a Kestrel logbook: " + foreign
@@ -352,6 +354,10 @@ TEST_F(KestrelLogCopy, NeverMergesIntoALogWithContactsNorTouchesOneNotKestrels)
         { db.dir.file("none.db"), db.dir.file("new.db"),
             "The database file does not exist: " + db.dir.file("none.db") },
         { db.path(), db.path(), "The source and the target are the same log." },
+        { old.path(), db.dir.file("new.db"),
+            "The log " + old.path()
+                + " has schema version 1, this program copies version 2. Open it with this version of "
+                  "Kestrel once (it is brought up to date), then copy it." },
     };
     for (const auto& c : cases) {
         const ToolRun r = kestrelLog({ "copy", "--from", c.from, "--to", c.to });
