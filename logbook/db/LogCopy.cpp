@@ -124,7 +124,8 @@ bool copyTable(
             return false;
         }
     }
-    if (!target.exec(QStringLiteral("DELETE FROM %1").arg(table))) {
+    // logtab was found empty in this transaction; the other tables' seed rows make way.
+    if (table != QLatin1String("logtab") && !target.exec(QStringLiteral("DELETE FROM %1").arg(table))) {
         *error = target.error();
         return false;
     }
@@ -152,6 +153,21 @@ bool copyTable(
     return ok;
 }
 
+// An error when the target log holds contacts (a copy never merges) or they cannot be counted.
+DbError holdsContacts(DbConnection& c, const QString& to)
+{
+    QSqlQuery q(c.database());
+    if (!q.exec(c.sql(QStringLiteral("SELECT count(*) FROM logtab"))) || !q.next())
+        return failure(
+            QStringLiteral("The contacts of the target log cannot be counted: %1").arg(q.lastError().text()));
+    if (const qint64 n = q.value(0).toLongLong(); n > 0)
+        return failure(QStringLiteral("The target log %1 already holds %2 contacts; a log is copied only "
+                                      "into a new or empty one, never merged. Nothing was changed.")
+                           .arg(DbConnection::isServer(to) ? DbConnection::serverName(to) : to)
+                           .arg(n));
+    return {};
+}
+
 // Makes sure the target can take the copy: made when missing or empty, refused when it holds
 // contacts or is not a Kestrel log (then left untouched).
 DbError prepareTarget(const QString& to, bool* created)
@@ -172,17 +188,8 @@ DbError prepareTarget(const QString& to, bool* created)
         return ours;
     if (!ours) {
         DbConnection c(to);
-        QSqlQuery q(c.database());
-        if (!c.isOpen())
-            return c.error();
-        if (!q.exec(c.sql(QStringLiteral("SELECT count(*) FROM logtab"))) || !q.next())
-            return failure(QStringLiteral("The contacts of the target log cannot be counted: %1")
-                               .arg(q.lastError().text()));
-        if (const qint64 n = q.value(0).toLongLong(); n > 0)
-            return failure(QStringLiteral("The target log %1 already holds %2 contacts; a log is copied only "
-                                          "into a new or empty one, never merged. Nothing was changed.")
-                               .arg(server ? DbConnection::serverName(to) : to)
-                               .arg(n));
+        if (const DbError e = c.isOpen() ? holdsContacts(c, to) : c.error())
+            return e;
     }
     return DatabaseFile::prepare(to);
 }
@@ -226,9 +233,14 @@ LogCopy::Result LogCopy::run(const QString& from, const QString& to)
             result.error = target.error();
             return result;
         }
-        bool ok = target.begin();
+        // No position saves a contact into the target while it is copied into (SQLite's
+        // BEGIN IMMEDIATE locks out other writers by itself).
+        bool ok = target.begin()
+            && (!target.onServer() || target.exec(QStringLiteral("LOCK TABLE logtab IN EXCLUSIVE MODE")));
         if (!ok)
             result.error = target.error();
+        else if ((result.error = holdsContacts(target, to)))
+            ok = false;
         for (const char* table : Tables) {
             if (!ok)
                 break;
