@@ -1,9 +1,9 @@
 #pragma once
 // The commands of kestrel-log on one logbook database file: import and export ADIF, look up
-// DXCC entities, check the file, copy a log to a club server and back. Messages and exit codes as
-// command-line tools have them: results on standard output, problems on standard error, 0 for success, 1 for
-// a failure, 2 for a command line that cannot be understood. A file that is not a Kestrel logbook is never
-// written to.
+// DXCC entities, check the file, copy a log to a club server and back. Messages and exit codes
+// as command-line tools have them: results on standard output, problems on standard error, 0
+// for success, 1 for a failure, 2 for a command line that cannot be understood. A file that is
+// not a Kestrel logbook is never written to.
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
