@@ -7,6 +7,9 @@
 // same import with an empty prefix list, and the rows it stored inserted plainly through one
 // prepared statement), and the in-memory DXCC index over every call of
 // MASTER.SCP (reference: the window's SQL-text lookup of the same calls).
+// Last, the same log on a PostgreSQL server the bench starts itself, copied there with the copy
+// of kestrel-log: list, search, save and import side by side with SQLite ("bench_logbook server"
+// runs this part alone).
 #include "bench/BenchSupport.h"
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifImport.h"
@@ -14,12 +17,15 @@
 #include "logbook/browse/DxccLookup.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
+#include "logbook/db/LogCopy.h"
 #include "logbook/db/LogDate.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
+#include "logbook/entry/ContactSave.h"
 #include "mapexport/ImportLocator.h"
 #include "qsl/QslRunReader.h"
 #include "qsl/QslText.h"
+#include "tests/support/PgServer.h"
 
 #include <QCoreApplication>
 #include <QDate>
@@ -29,6 +35,7 @@
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <sqlite3.h>
 
@@ -47,7 +54,6 @@ const char* const BandPatterns[]
 const char* const Prefixes[] = { "DL", "DK", "DJ", "G", "M0", "F", "ON", "PA", "OK", "OM", "SP", "HA", "OE",
     "HB9", "I", "IK", "S5", "9A", "YU", "LZ", "YO", "SM", "OH", "LA", "OZ", "EA", "CT", "EI", "GM", "GW", "K",
     "W", "N", "VE", "JA", "VK", "ZL", "UA", "UR", "LY" };
-
 
 long statusKb(const char* key)
 {
@@ -70,7 +76,6 @@ QString randomCall(QRandomGenerator& rng)
         call += QChar(u'A' + rng.bounded(26));
     return call;
 }
-
 
 // 100 000 contacts in the order they were made, over 20 years, bands uniform.
 void generateLog(const QString& path, int count)
@@ -357,6 +362,112 @@ void benchDxccBulk(const QString& path)
     std::printf("  %-58s %9.0f x\n", "  SQL-text lookup against the index", sqlUs / bulkUs);
 }
 
+// One backend's figures for the side-by-side table.
+struct Figures {
+    double list = 0;
+    double search = 0;
+    double save = 0;
+    Timing import {};
+    int listed = 0;
+    int found = 0;
+    int imported = 0;
+};
+
+Figures measure(const QString& log, const QString& importTarget, const QByteArray& adif)
+{
+    Figures f;
+    // The log list over the whole log, every field of every row read.
+    f.list = medianMs(5, [&] {
+        Recordset rs(log);
+        rs.open(SqlText::LogList);
+        f.listed = rs.recordCount();
+        qsizetype chars = 0;
+        for (int r = 0; r < f.listed; ++r) {
+            for (int c = 0; c < rs.fieldCount(); ++c)
+                chars += rs.valueAt(r, c).toString().size();
+        }
+        if (chars == 0)
+            std::printf("the list read nothing\n");
+    });
+    const char* const prefixes[] = { "DL", "OK1", "G4", "HB9", "SP", "ON4", "PA", "JA1", "VK", "OE" };
+    int i = 0; // both backends search the same prefixes in the same order
+    f.search = medianMs(21, [&] {
+        Recordset rs(log);
+        rs.open(SqlText::searchByCallsign(QString::fromLatin1(prefixes[i++ % 10])));
+        f.found = rs.recordCount();
+        rs.last();
+    });
+    const QList<SavedField> contact
+        = { { "Date", "2026-11-23" }, { "GMT", "18:04" }, { "Callsign", "DL1ABC" }, { "Grid", "JO62QM" },
+              { "rsts", "59" }, { "rstr", "57" }, { "Band", "144" }, { "mode", "SSB" }, { "Nam", "Hans" },
+              { "Comment", "tnx" }, { "QSL", "Q" }, { "Prop", "Tr" }, { "DXCC", "Germany" }, { "QRB", 512.0 },
+              { "QTF", 87.0 }, { "GEdata", "Log: DL1ABC 144 kHz" }, { "GEgridXY", "13.375,52.5" } };
+    f.save = medianMs(51, [&] {
+        if (const DbError e = ContactSave::save(log, contact))
+            std::printf("save failed: %s\n", qPrintable(e.text()));
+    });
+    f.import = importMs(importTarget, adif, true, &f.imported);
+    return f;
+}
+
+QString loadAverage()
+{
+    QFile f(QStringLiteral("/proc/loadavg"));
+    return f.open(QIODevice::ReadOnly) ? QString::fromLatin1(f.readAll()).section(QLatin1Char(' '), 0, 2)
+                                       : QStringLiteral("?");
+}
+
+// The same generated log in a file and on a PostgreSQL server started here (127.0.0.1, a
+// temporary folder), copied there with LogCopy; each figure on both, the server's against the file's.
+void benchServer(const QString& dir, int contacts)
+{
+    std::printf("\nThe same log on a PostgreSQL server (started by the bench) beside SQLite\n");
+    const QString before = loadAverage();
+    PgServer server;
+    QString error;
+    if (!server.start(&error)) {
+        std::printf("  no PostgreSQL server: %s\n", qPrintable(error));
+        return;
+    }
+    qunsetenv("PGPASSWORD");
+    qputenv("PGPASSFILE", server.passFile().toLocal8Bit());
+    const QString file = dir + QStringLiteral("/server-side.db");
+    DatabaseFile::create(file);
+    generateLog(file, contacts);
+    DatabaseFile::checkpoint(file);
+    const QString log = server.createDatabase(QStringLiteral("club"), &error);
+    QElapsedTimer t;
+    t.start();
+    const LogCopy::Result copied = LogCopy::run(file, log);
+    if (copied.error) {
+        std::printf("  the copy failed: %s\n", qPrintable(copied.error.text()));
+        return;
+    }
+    row("copy of the log to the server (kestrel-log copy)", double(t.nsecsElapsed()) / 1e6, "");
+    for (const QString& line : copied.report())
+        std::printf("    %s\n", qPrintable(line));
+    const QByteArray adif = generateAdif(contacts);
+    const Figures lite = measure(file, dir + QStringLiteral("/server-side-import.db"), adif);
+    const Figures pg = measure(log, server.createDatabase(QStringLiteral("import"), &error), adif);
+    std::printf("\n  %-46s %12s %12s %8s\n", "", "SQLite ms", "PostgreSQL ms", "ratio");
+    auto line = [](const QString& what, double a, double b) {
+        std::printf("  %-46s %12.3f %12.3f %7.2fx\n", qPrintable(what), a, b, b / a);
+    };
+    line(QStringLiteral("log list, whole log, every row read (%1)").arg(lite.listed), lite.list, pg.list);
+    line(QStringLiteral("callsign-prefix search (median of 21)"), lite.search, pg.search);
+    line(QStringLiteral("saving one contact, ContactSave (median of 51)"), lite.save, pg.save);
+    line(QStringLiteral("ADIF import, %1 records (%2 / %3 in)")
+             .arg(contacts)
+             .arg(lite.imported)
+             .arg(pg.imported),
+        lite.import.wallMs, pg.import.wallMs);
+    line(QStringLiteral("  of it CPU time of this process"), lite.import.cpuMs, pg.import.cpuMs);
+    if (lite.listed != pg.listed)
+        std::printf("  the lists differ: %d rows against %d\n", lite.listed, pg.listed);
+    std::printf("  load average (1, 5, 15 min) before: %s, after: %s, on %d cores\n", qPrintable(before),
+        qPrintable(loadAverage()), QThread::idealThreadCount());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -372,6 +483,10 @@ int main(int argc, char** argv)
     }
     const QString path = dir.filePath(QStringLiteral("backup.db"));
     const int contacts = 100000;
+    if (argc >= 2 && qstrcmp(argv[1], "server") == 0) {
+        benchServer(dir.path(), argc >= 3 ? std::max(1, std::atoi(argv[2])) : contacts);
+        return 0;
+    }
     // "bench_logbook qsl" runs the QSL print run alone on the generated log (for callgrind).
     if (argc >= 2 && qstrcmp(argv[1], "qsl") == 0) {
         if (!DatabaseFile::create(path))
@@ -524,5 +639,6 @@ int main(int argc, char** argv)
     benchAdifImport(dir.path(), 100000);
     std::printf("\n");
     readAndMark(path);
+    benchServer(dir.path(), contacts);
     return 0;
 }

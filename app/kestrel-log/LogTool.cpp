@@ -7,10 +7,11 @@
 #include "logbook/browse/DxccLookup.h"
 #include "logbook/db/DatabaseFile.h"
 #include "logbook/db/DbConnection.h"
+#include "logbook/db/LogCopy.h"
 #include "logbook/db/SchemaMigration.h"
 #include "logbook/edi/EdiExport.h"
-#include "logbook/entry/LogClock.h"
 #include "logbook/entry/BandTable.h"
+#include "logbook/entry/LogClock.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -31,12 +32,15 @@ LogTool::LogTool(QTextStream& out, QTextStream& err)
 
 QString LogTool::usage()
 {
-    return QStringLiteral("usage: kestrel-log [--db FILE] import FILE.adi\n"
-                          "       kestrel-log [--db FILE] export FILE.adi [--band PATTERN]\n"
-                          "       kestrel-log [--db FILE] dxcc CALL...\n"
-                          "       kestrel-log [--db FILE] check\n"
-                          "       kestrel-log [--db FILE] edi --band PATTERN FILE.edi\n"
-                          "FILE is the logbook database; without --db, the one Kestrel uses.\n");
+    return QStringLiteral(
+        "usage: kestrel-log [--db FILE] import FILE.adi\n"
+        "       kestrel-log [--db FILE] export FILE.adi [--band PATTERN]\n"
+        "       kestrel-log [--db FILE] dxcc CALL...\n"
+        "       kestrel-log [--db FILE] check\n"
+        "       kestrel-log [--db FILE] edi --band PATTERN FILE.edi\n"
+        "       kestrel-log copy --from LOG --to LOG\n"
+        "FILE is the logbook database; without --db, the one Kestrel uses.\n"
+        "LOG is a database file or a club server's postgresql://USER@HOST:PORT/DATABASE.\n");
 }
 
 int LogTool::fail(const QString& message)
@@ -95,6 +99,13 @@ int LogTool::run(const QStringList& arguments)
         const QString band = args[at + 1];
         args.remove(at, 2);
         return exportEdi(args[0], band);
+    }
+    if (command == QLatin1String("copy")) {
+        const qsizetype from = args.indexOf(QLatin1String("--from"));
+        const qsizetype to = args.indexOf(QLatin1String("--to"));
+        if (args.size() != 4 || from < 0 || to < 0 || from % 2 || to % 2)
+            return badUsage(QStringLiteral("copy takes --from LOG and --to LOG"));
+        return copy(args[from + 1], args[to + 1]);
     }
     if (command == QLatin1String("check")) {
         if (!args.isEmpty())
@@ -173,6 +184,20 @@ int LogTool::dxcc(const QStringList& calls)
     }
     out_.flush();
     return status;
+}
+
+int LogTool::copy(const QString& from, const QString& to)
+{
+    auto place = [](const QString& log) {
+        return DbConnection::isServer(log) ? log : QFileInfo(log).absoluteFilePath();
+    };
+    const LogCopy::Result result = LogCopy::run(place(from), place(to));
+    if (result.error)
+        return fail(result.error.description);
+    for (const QString& line : result.report())
+        out_ << line << '\n';
+    out_.flush();
+    return Ok;
 }
 
 int LogTool::check()

@@ -1,9 +1,9 @@
 #pragma once
 // The commands of kestrel-log on one logbook database file: import and export ADIF, look up
-// DXCC entities, check the file. Messages and exit codes as command-line tools have them:
-// results on standard output, problems on standard error, 0 for success, 1 for a failure,
-// 2 for a command line that cannot be understood. A file that is not a Kestrel logbook is
-// never written to.
+// DXCC entities, check the file, copy a log to a club server and back. Messages and exit codes
+// as command-line tools have them: results on standard output, problems on standard error, 0
+// for success, 1 for a failure, 2 for a command line that cannot be understood. A file that is
+// not a Kestrel logbook is never written to.
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
@@ -26,6 +26,8 @@ private:
     int exportAdif(const QString& file, const QString& bandPattern);
     int dxcc(const QStringList& calls);
     int check();
+    // The whole log from one file or server to another (never into a log that holds contacts).
+    int copy(const QString& from, const QString& to);
     // One band as an EDI contest file, the station from Kestrel.txt and Kestrel.ini here.
     int exportEdi(const QString& file, const QString& band);
     // Makes the database ready for a command (identified, created for an import, brought to the

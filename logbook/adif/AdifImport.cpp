@@ -3,16 +3,20 @@
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifMapping.h"
 #include "logbook/db/DbConnection.h"
+#include "logbook/db/ServerCopyIn.h"
 #include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSqlQuery>
 #include <QStringBuilder>
 
 #include <sqlite3.h>
+
+#include <utility>
 
 AdifImport::AdifImport(const QString& connection, LocatorProcedure locate, LogClock::Base clock)
     : connection_(connection)
@@ -50,6 +54,7 @@ AdifImport::State AdifImport::fail(const DbError& e)
     // The records of the open transaction are not stored: they do not count as imported.
     sqlite3_finalize(insert_);
     insert_ = nullptr;
+    serverCopy_.reset(); // its COPY ends before the rollback
     if (conn_)
         conn_->rollback();
     conn_.reset();
@@ -63,9 +68,12 @@ bool AdifImport::commitPending()
         return true;
     sqlite3_finalize(insert_);
     insert_ = nullptr;
-    const bool ok = !inTransaction_ || conn_->commit();
+    DbError copyError;
+    if (serverCopy_)
+        std::exchange(serverCopy_, nullptr)->finish(&copyError);
+    const bool ok = !copyError && (!inTransaction_ || conn_->commit());
     if (!ok) {
-        const DbError e = conn_->error();
+        const DbError e = copyError ? copyError : conn_->error();
         conn_->rollback();
         conn_.reset();
         pending_ = 0;
@@ -179,14 +187,21 @@ bool AdifImport::insert(const AdifContact& contact)
     // Bound as the Qt driver would bind these values: a null text is NULL, an empty one ''.
     const QVariantList values = contact.values();
     if (conn_->onServer()) {
-        QVariantList projected;
-        projected.reserve(columnIndex_.size());
-        for (const int column : std::as_const(columnIndex_))
-            projected << values[column];
-        if (conn_->exec(insertSql_, projected))
-            return true;
-        error_ = conn_->error();
-        return false;
+        // A round trip per record would take minutes for a large file: the transaction's records
+        // go to the server in one COPY, ended before its COMMIT (commitPending).
+        if (!serverCopy_)
+            serverCopy_ = std::make_unique<ServerCopyIn>(*conn_, QStringLiteral("logtab"), columns_);
+        for (const int column : std::as_const(columnIndex_)) {
+            const QVariant& v = values[column];
+            if (!v.isValid() || (v.typeId() == QMetaType::QString && v.toString().isNull()))
+                serverCopy_->addNull();
+            else if (v.typeId() == QMetaType::Double)
+                serverCopy_->add(QByteArray::number(v.toDouble(), 'g', QLocale::FloatingPointShortest));
+            else
+                serverCopy_->add(v.toString().toUtf8());
+        }
+        serverCopy_->endRow();
+        return true;
     }
     texts_.resize(std::size_t(columnIndex_.size()));
     for (int k = 0; k < columnIndex_.size(); ++k) {

@@ -24,6 +24,7 @@
 
 struct AdifContact;
 class DbConnection;
+class ServerCopyIn;
 struct sqlite3_stmt;
 
 struct AdifRefusal {
@@ -93,6 +94,7 @@ private:
     QList<int> columnIndex_; // their positions in AdifContact::columns()
     QString insertSql_;
     std::unique_ptr<DbConnection> conn_;
+    std::unique_ptr<ServerCopyIn> serverCopy_; // on a server: the open transaction's records
     std::vector<std::string> texts_; // UTF-8 of the bound texts, one a column
     sqlite3_stmt* insert_ = nullptr; // one prepared INSERT per transaction, finalized before its connection
     bool inTransaction_ = false;

@@ -3,11 +3,11 @@
 #include "logbook/db/BeaconMapTexts.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/LogbookLogging.h"
+#include "logbook/db/ServerCopyIn.h"
 
 #include <QFile>
 #include <QSqlQuery>
 
-#include <libpq-fe.h>
 #include <sqlite3.h>
 
 namespace {
@@ -24,44 +24,21 @@ QString resourceText(const QString& path)
 // On a server the rows go in as one COPY: a statement per row would cost a round trip each.
 bool copyToServer(DbConnection& c, const QByteArray& sql, const QList<QStringList>& rows, DbError* error)
 {
-    // "INSERT INTO t (a, b) VALUES (?, ?)" -> "COPY t (a, b) FROM STDIN"
-    const QByteArray head = sql.left(sql.indexOf(" VALUES"));
-    const QByteArray copy = "COPY " + head.mid(head.indexOf("INTO ") + 5).toLower() + " FROM STDIN";
-    QByteArray data;
+    // "INSERT INTO t (a, b) VALUES (?, ?)" -> table t, columns a, b
+    const QString head = QString::fromLatin1(sql.left(sql.indexOf(" VALUES")));
+    const QString table = head.section(QLatin1Char(' '), 2, 2);
+    const QString columns = head.mid(head.indexOf(QLatin1Char('(')) + 1).chopped(1);
+    ServerCopyIn copy(c, table, columns.split(QStringLiteral(", ")));
     for (const QStringList& row : rows) {
-        for (qsizetype i = 0; i < row.size(); ++i) {
-            if (i)
-                data += '\t';
-            if (row[i].isEmpty()) {
-                data += "\\N";
-                continue;
-            }
-            for (const char ch : row[i].toUtf8()) {
-                switch (ch) {
-                case '\\': data += "\\\\"; break;
-                case '\t': data += "\\t"; break;
-                case '\n': data += "\\n"; break;
-                case '\r': data += "\\r"; break;
-                default: data += ch;
-                }
-            }
+        for (const QString& value : row) {
+            if (value.isEmpty())
+                copy.addNull();
+            else
+                copy.add(value.toUtf8());
         }
-        data += '\n';
+        copy.endRow();
     }
-    pg_conn* conn = c.serverHandle();
-    PGresult* r = PQexec(conn, copy.constData());
-    bool ok = PQresultStatus(r) == PGRES_COPY_IN;
-    PQclear(r);
-    ok = ok && PQputCopyData(conn, data.constData(), int(data.size())) == 1 && PQputCopyEnd(conn, nullptr) == 1;
-    r = PQgetResult(conn);
-    ok = ok && PQresultStatus(r) == PGRES_COMMAND_OK;
-    if (!ok && error)
-        *error = DbConnection::serverError(QString::fromLatin1(PQresultErrorField(r, PG_DIAG_SQLSTATE)),
-            QString::fromUtf8(PQerrorMessage(conn)), QString());
-    PQclear(r);
-    while ((r = PQgetResult(conn)))
-        PQclear(r);
-    return ok;
+    return copy.finish(error);
 }
 
 // One prepared statement stepped per row: a new file's 20 000 rows go in within milliseconds.
