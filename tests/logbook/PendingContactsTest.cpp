@@ -1,0 +1,287 @@
+#include "logbook/entry/PendingContacts.h"
+#include "logbook/db/DatabaseServer.h"
+#include "logbook/entry/ContactSave.h"
+#include "tests/support/PgServer.h"
+#include "tests/support/PgSession.h"
+#include "tests/support/TempDir.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+QList<SavedField> contactFields(int i)
+{
+    EntryLine l;
+    l.DA = QStringLiteral("23.11.2026");
+    l.GM = QStringLiteral("%1%2")
+               .arg(12 + i / 60, 2, 10, QLatin1Char('0'))
+               .arg(i % 60, 2, 10, QLatin1Char('0'));
+    l.Ca = QStringLiteral("DL%1ABC").arg(i);
+    l.Gr = QStringLiteral("JO62QM");
+    l.Rss = QStringLiteral("599");
+    l.Rr = QStringLiteral("59%1").arg(i % 10);
+    l.Ba = QStringLiteral("144");
+    l.mo = QStringLiteral("CW");
+    l.Ns = QString::number(i + 1);
+    return ContactSave::fields(l, { QStringLiteral("13.4 52.5"), 310.5f, 47.25f });
+}
+
+QString typed(const QVariant& v)
+{
+    return QStringLiteral("%1:%2:%3")
+        .arg(QString::fromLatin1(v.typeName()), v.isNull() ? "null" : "", v.toString());
+}
+
+TEST(PendingContactsTest, FieldsComeBackWithTheirTypes)
+{
+    TempDir tmp;
+    PendingContacts journal(tmp.file("pending.jsonl"));
+    struct Case {
+        QVariant value;
+        QString back;
+    };
+    const Case cases[] = {
+        { QString(), "QString::" }, // an empty box: saved as '', so kept as ''
+        { QStringLiteral(""), "QString::" },
+        { QStringLiteral("599"), "QString::599" }, // a report that looks like a number stays text
+        { QStringLiteral("O'NEILL \"x\" \u00e9\n"), "QString::O'NEILL \"x\" \u00e9\n" },
+        { 310.5, "double::310.5" },
+        { ContactSave::storedNumber(47.3f), "double::47.3" },
+        { 0.0, "double::0" },
+        { QVariant(7), "qlonglong::7" },
+        { QVariant(qint64(1) << 40), "qlonglong::1099511627776" },
+        { QVariant(), ":null:" }, // NULL stays NULL
+        { QVariant(QMetaType::fromType<double>()), ":null:" },
+    };
+    QList<SavedField> fields;
+    for (int i = 0; i < int(std::size(cases)); ++i)
+        fields.append({ QStringLiteral("c%1").arg(i), cases[i].value });
+    const QString id = journal.append(QStringLiteral("postgresql://k@127.0.0.1:5/log"), fields);
+    ASSERT_FALSE(id.isEmpty());
+    const QList<PendingContact> back = journal.entries();
+    ASSERT_EQ(back.size(), 1);
+    EXPECT_EQ(back[0].id, id);
+    EXPECT_EQ(back[0].connection, "postgresql://k@127.0.0.1:5/log");
+    EXPECT_LE(back[0].kept.secsTo(QDateTime::currentDateTimeUtc()), 5);
+    ASSERT_EQ(back[0].fields.size(), fields.size());
+    for (int i = 0; i < int(std::size(cases)); ++i) {
+        EXPECT_EQ(back[0].fields[i].column, fields[i].column);
+        EXPECT_EQ(typed(back[0].fields[i].value).toStdString(), cases[i].back.toStdString()) << i;
+    }
+    // Exactly one line, ended.
+    EXPECT_EQ(tmp.read("pending.jsonl").count('\n'), 1);
+}
+
+TEST(PendingContactsTest, DamagedLinesAreReportedAndSetAsideNeverDropped)
+{
+    TempDir tmp;
+    const QString path = tmp.file("pending.jsonl");
+    PendingContacts journal(path);
+    const QString first = journal.append(QStringLiteral("log.db"), contactFields(1));
+    const QString second = journal.append(QStringLiteral("log.db"), contactFields(2));
+    QByteArray bytes = tmp.read("pending.jsonl");
+    const QByteArray cut = bytes.left(20); // a write cut short by a crash, inside a text
+    bytes.insert(bytes.indexOf('\n') + 1, "not json at all\n{\"id\":\"x\"}\n");
+    bytes += cut; // no line end: the next append starts a line of its own
+    tmp.write("pending.jsonl", bytes);
+    const QString third = journal.append(QStringLiteral("log.db"), contactFields(3));
+
+    QStringList damaged;
+    const QList<PendingContact> left = journal.entries(&damaged);
+    QStringList ids;
+    for (const PendingContact& p : left)
+        ids << p.id;
+    EXPECT_EQ(ids, QStringList({ first, second, third }));
+    const QString aside = path + ".damaged";
+    EXPECT_EQ(damaged.join('\n').toStdString(),
+        QStringList(
+            { QStringLiteral("Line 2 of %1 could not be read (illegal value); it was moved to %2.")
+                    .arg(path, aside),
+                QStringLiteral(
+                    "Line 3 of %1 could not be read (no id, connection or fields); it was moved to %2.")
+                    .arg(path, aside),
+                QStringLiteral("Line 5 of %1 could not be read (unterminated string); it was moved to %2.")
+                    .arg(path, aside) })
+            .join('\n')
+            .toStdString());
+    EXPECT_EQ(tmp.read("pending.jsonl.damaged"), "not json at all\n{\"id\":\"x\"}\n" + cut + "\n");
+    // Set aside once: the journal now holds the readable lines only.
+    damaged.clear();
+    EXPECT_EQ(journal.entries(&damaged).size(), 3);
+    EXPECT_TRUE(damaged.isEmpty());
+    EXPECT_EQ(tmp.read("pending.jsonl").count('\n'), 3);
+}
+
+TEST(PendingContactsTest, SameContactComparesTheKeyOnly)
+{
+    QList<SavedField> a = contactFields(5);
+    QList<SavedField> b = a;
+    b[2].value = b[2].value.toString().toLower(); // Callsign in another case
+    b[4].value = QStringLiteral("579"); // another report
+    EXPECT_TRUE(PendingContacts::sameContact(a, b));
+    for (const char* column : { "Date", "GMT", "Band", "mode" }) {
+        QList<SavedField> c = a;
+        for (SavedField& f : c)
+            if (f.column == QLatin1String(column))
+                f.value = f.value.toString() + "0";
+        EXPECT_FALSE(PendingContacts::sameContact(a, c)) << column;
+    }
+}
+
+class PendingServerTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        qunsetenv("PGPASSWORD");
+        QString error;
+        ASSERT_TRUE(server.start(&error)) << error.toStdString();
+        qputenv("PGPASSFILE", server.passFile().toLocal8Bit());
+        uri = server.createDatabase("club", &error);
+        ASSERT_FALSE(uri.isEmpty()) << error.toStdString();
+        const DbError e = DatabaseServer::prepare(uri);
+        ASSERT_FALSE(e) << e.text().toStdString();
+    }
+
+    int rows(const QString& sql)
+    {
+        PgSession db(uri);
+        return db.value(sql).toInt();
+    }
+
+    enum class Outage { Stop, Kill };
+
+    // A position saving 300 contacts as the window does (straight to the server; into the
+    // journal when it is away, and behind the journal while contacts wait there) while the
+    // server goes away after about 100 and comes back 2 s later.
+    void saveThroughOutage(Outage outage)
+    {
+        constexpr int Count = 300;
+        PendingContacts journal(tmp.file("pending-contacts.jsonl"));
+        std::atomic<int> done { 0 };
+        std::atomic<int> kept { 0 };
+        std::atomic<int> alreadyInLog { 0 };
+        std::atomic<qint64> drainedAt { -1 };
+        std::atomic<bool> failed { false };
+        QElapsedTimer clock;
+        clock.start();
+        std::thread position([&] {
+            bool waiting = false;
+            auto flush = [&] {
+                const PendingFlush r = journal.flush(uri);
+                alreadyInLog += r.alreadyInLog;
+                waiting = r.left > 0;
+                if (!waiting)
+                    drainedAt = clock.elapsed();
+            };
+            for (int i = 0; i < Count; ++i) {
+                const QList<SavedField> fields = contactFields(i);
+                if (waiting) {
+                    failed = failed || journal.append(uri, fields).isEmpty();
+                    ++kept;
+                    flush();
+                } else if (const DbError e = ContactSave::save(uri, fields)) {
+                    if (e.number != DbErrorNumber::ServerGone) {
+                        ADD_FAILURE() << e.text().toStdString();
+                        failed = true;
+                    }
+                    failed = failed || journal.append(uri, fields).isEmpty();
+                    ++kept;
+                    waiting = true;
+                }
+                done = i + 1;
+                QThread::msleep(10);
+            }
+            QElapsedTimer deadline;
+            deadline.start();
+            while (waiting && deadline.elapsed() < 60000) {
+                QThread::msleep(100); // the window's retry, faster
+                flush();
+            }
+        });
+        while (done < 100)
+            QThread::msleep(1);
+        if (outage == Outage::Stop)
+            EXPECT_TRUE(server.stop());
+        else
+            server.kill();
+        const int atOutage = done;
+        QThread::msleep(2000);
+        QString error;
+        EXPECT_TRUE(server.start(&error)) << error.toStdString();
+        const qint64 restartedAt = clock.elapsed();
+        const int atRestart = done;
+        position.join();
+
+        EXPECT_FALSE(failed);
+        EXPECT_GT(kept, 0);
+        EXPECT_LT(atRestart, Count) << "the outage should fall inside the loop";
+        EXPECT_EQ(rows("SELECT count(*) FROM logtab"), Count);
+        EXPECT_EQ(rows("SELECT count(DISTINCT lower(Callsign)) FROM logtab"), Count);
+        EXPECT_EQ(
+            rows("SELECT count(*) FROM logtab WHERE Callsign ~ '^DL[0-9]+ABC$' AND NrSent <> ''"), Count);
+        EXPECT_EQ(QFile(journal.path()).size(), 0);
+        EXPECT_TRUE(journal.entries().isEmpty());
+        std::cout << "outage after contact " << atOutage << ", back at " << atRestart << "; " << kept
+                  << " contacts went through the journal, " << alreadyInLog
+                  << " of them had reached the server already; journal empty " << (drainedAt - restartedAt)
+                  << " ms after the restart" << std::endl;
+    }
+
+    TempDir tmp;
+    PgServer server;
+    QString uri;
+};
+
+TEST_F(PendingServerTest, ServerStoppedAndRestartedMidSaveLosesNothing)
+{
+    saveThroughOutage(Outage::Stop);
+}
+
+TEST_F(PendingServerTest, ServerKilledAndRestartedMidSaveLosesNothing)
+{
+    saveThroughOutage(Outage::Kill);
+}
+
+// The save whose commit reached the server just before the connection broke: its answer was
+// lost, so it went into the journal too. The flush finds it in the log and does not double it.
+TEST_F(PendingServerTest, AContactAlreadyInTheLogIsNotSavedTwice)
+{
+    PendingContacts journal(tmp.file("pending-contacts.jsonl"));
+    ASSERT_FALSE(ContactSave::save(uri, contactFields(1)));
+    QList<SavedField> again = contactFields(1);
+    again[2].value = again[2].value.toString().toLower(); // the callsign in another case is the same
+    journal.append(uri, again);
+    journal.append(uri, contactFields(2));
+    journal.append(QStringLiteral("another.db"), contactFields(3)); // another log's: left alone
+    const PendingFlush r = journal.flush(uri);
+    EXPECT_EQ(r.saved.size(), 2);
+    EXPECT_EQ(r.alreadyInLog, 1);
+    EXPECT_EQ(r.left, 0);
+    EXPECT_FALSE(r.error) << r.error.text().toStdString();
+    EXPECT_EQ(rows("SELECT count(*) FROM logtab"), 2);
+    ASSERT_EQ(journal.entries().size(), 1);
+    EXPECT_EQ(journal.entries()[0].connection, "another.db");
+}
+
+TEST_F(PendingServerTest, AFlushWhileTheServerIsAwayKeepsEverything)
+{
+    PendingContacts journal(tmp.file("pending-contacts.jsonl"));
+    for (int i = 0; i < 3; ++i)
+        journal.append(uri, contactFields(i));
+    const QByteArray before = tmp.read("pending-contacts.jsonl");
+    server.kill();
+    const PendingFlush r = journal.flush(uri);
+    EXPECT_EQ(r.error.number, DbErrorNumber::ServerGone) << r.error.text().toStdString();
+    EXPECT_TRUE(r.saved.isEmpty());
+    EXPECT_EQ(r.left, 3);
+    EXPECT_EQ(tmp.read("pending-contacts.jsonl"), before);
+}
+
+} // namespace
