@@ -1,0 +1,112 @@
+#include "EntryTestDb.h"
+#include "logbook/db/DatabaseServer.h"
+#include "logbook/entry/PendingContacts.h"
+#include "tests/support/PgServer.h"
+#include "tests/support/PgSession.h"
+#include "ui/logbook/Form5.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The logbook window on a club server that goes away while a contact is saved.
+class Form5PendingTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        // The journal lives in the user's data folder: here, a temporary one.
+        home_ = qgetenv("HOME");
+        qputenv("HOME", tmp.path().toLocal8Bit());
+        qunsetenv("PGPASSWORD");
+        QString error;
+        ASSERT_TRUE(server.start(&error)) << error.toStdString();
+        qputenv("PGPASSFILE", server.passFile().toLocal8Bit());
+        uri = server.createDatabase("club", &error);
+        ASSERT_FALSE(uri.isEmpty()) << error.toStdString();
+        const DbError e = DatabaseServer::prepare(uri);
+        ASSERT_FALSE(e) << e.text().toStdString();
+        db.station.dbConnection = uri;
+        form = std::make_unique<Form5>(db.station);
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
+    }
+    void TearDown() override
+    {
+        form.reset();
+        qputenv("HOME", home_);
+    }
+
+    QLineEdit* box(const char* name) const { return form->findChild<QLineEdit*>(QLatin1String(name)); }
+    void type(const QStringList& texts) const
+    {
+        const char* names[] = { "DA", "GM", "Ca", "Gr", "Rss", "Rr", "Ba", "mo" };
+        for (int i = 0; i < texts.size(); ++i)
+            box(names[i])->setText(texts[i]);
+    }
+    void save() const { QTest::mouseClick(form->findChild<QPushButton*>("Save"), Qt::LeftButton); }
+    int logRows() const { return PgSession(uri).value("SELECT count(*) FROM logtab").toInt(); }
+
+    TempDir tmp;
+    QByteArray home_;
+    PgServer server;
+    QString uri;
+    EntryTestDb db;
+    std::unique_ptr<Form5> form;
+};
+
+TEST_F(Form5PendingTest, EntryLineKeepsTheContactWhileTheServerIsAwayAndSavesItWhenBack)
+{
+    const QString journal = PendingContacts::defaultPath();
+    ASSERT_TRUE(journal.startsWith(tmp.path())) << journal.toStdString();
+    const QString serverName = QStringLiteral("127.0.0.1:%1/club").arg(server.port());
+    ASSERT_TRUE(server.stop());
+
+    type({ "23.11.2026", "1412", "OK1XYZ", "JN79", "599", "579", "144", "CW" });
+    save();
+    EXPECT_EQ(box("Ca")->text(), "OK1XYZ");
+    EXPECT_EQ(box("Rr")->text(), "579");
+    const QString away
+        = QStringLiteral("The logbook server %1 cannot be reached. The contact stays in the entry "
+                         "line and is kept in %2; it is saved as soon as the server is back.")
+              .arg(serverName, journal);
+    EXPECT_EQ(db.prompts.shown, QStringList { away });
+    ASSERT_EQ(PendingContacts(journal).entries().size(), 1);
+
+    // Corrected and saved again while still away: the same kept contact, no second message.
+    box("Rr")->setText("589");
+    save();
+    EXPECT_EQ(db.prompts.shown, QStringList { away });
+    const QList<PendingContact> kept = PendingContacts(journal).entries();
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(kept[0].fields[5].value.toString(), "589");
+    EXPECT_EQ(box("Ca")->text(), "OK1XYZ");
+
+    QString error;
+    ASSERT_TRUE(server.start(&error)) << error.toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return db.prompts.shown.size() == 2; }, 20000));
+    EXPECT_EQ(db.prompts.shown.value(1),
+        QStringLiteral("The logbook server %1 is back: the contact kept in %2 is now saved.")
+            .arg(serverName, journal));
+    EXPECT_EQ(box("Ca")->text(), "");
+    EXPECT_EQ(logRows(), 1);
+    EXPECT_EQ(PgSession(uri).value("SELECT rstr FROM logtab").toString(), "589");
+    EXPECT_TRUE(PendingContacts(journal).entries().isEmpty());
+}
+
+TEST_F(Form5PendingTest, ALineTypedOnMeanwhileStaysWhenTheKeptContactIsSaved)
+{
+    ASSERT_TRUE(server.stop());
+    type({ "23.11.2026", "1412", "OK1XYZ", "JN79", "599", "579", "144", "CW" });
+    save();
+    type({ "23.11.2026", "1413", "SP9ABC", "KN09", "599", "599", "144", "CW" });
+    ASSERT_TRUE(server.start());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return db.prompts.shown.size() == 2; }, 20000));
+    EXPECT_EQ(box("Ca")->text(), "SP9ABC");
+    EXPECT_EQ(logRows(), 1);
+}
+
+} // namespace
