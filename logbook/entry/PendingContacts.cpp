@@ -261,18 +261,16 @@ bool PendingContacts::replace(const QString& id, const QList<SavedField>& fields
     return false;
 }
 
-bool PendingContacts::remove(const QString& id, QString* error)
+bool PendingContacts::remove(const QStringList& ids, QString* error)
 {
     const JournalLock lock(path_);
     QList<QByteArray> lines;
     const QList<PendingContact> waiting = read(&lines, nullptr);
-    for (int i = 0; i < waiting.size(); ++i) {
-        if (waiting[i].id == id) {
-            lines.removeAt(i);
-            return rewrite(lines, error);
-        }
-    }
-    return true;
+    QList<QByteArray> kept;
+    for (int i = 0; i < waiting.size(); ++i)
+        if (!ids.contains(waiting[i].id))
+            kept << lines[i];
+    return kept.size() == lines.size() || rewrite(kept, error);
 }
 
 QList<PendingContact> PendingContacts::entries(QStringList* damaged)
@@ -336,15 +334,14 @@ PendingFlush PendingContacts::flush(const QString& connection)
                 break;
             continue;
         }
-        QString why;
-        if (!remove(p.id, &why)) {
-            // Saved but still in the journal: the next flush finds it in the log.
-            out.error = { 1, QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path_), why) };
-            break;
-        }
         out.saved << p.id;
         out.alreadyInLog += there;
     }
+    // The saved ones leave the journal together, in one rewrite rather than one each: should
+    // this program end before, the next flush finds them in the log by their key.
+    QString why;
+    if (!out.saved.isEmpty() && !remove(out.saved, &why))
+        out.error = { 1, QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path_), why) };
     out.left = count(connection);
     return out;
 }

@@ -48,8 +48,8 @@ public:
     QList<PendingContact> entries(QStringList* damaged = nullptr);
     int count(const QString& connection);
 
-    // Saves the contacts waiting for `connection` in order, each taken out of the journal only
-    // once its save has committed. One already in the log (same Callsign in any case, Date, GMT,
+    // Saves the contacts waiting for `connection` in order; they are taken out of the journal
+    // only once their saves have committed. One already in the log (same Callsign in any case, Date, GMT,
     // Band and mode) is not saved twice. Stops at the first ServerGone; a contact the server
     // refuses for another reason stays and the rest go on.
     PendingFlush flush(const QString& connection);
@@ -63,7 +63,7 @@ private:
     // Under the journal's lock: the readable entries with their lines; unreadable lines go aside.
     QList<PendingContact> read(QList<QByteArray>* lines, QStringList* damaged);
     bool rewrite(const QList<QByteArray>& lines, QString* error);
-    bool remove(const QString& id, QString* error);
+    bool remove(const QStringList& ids, QString* error);
 
     QString path_;
 };
