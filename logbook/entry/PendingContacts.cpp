@@ -44,26 +44,6 @@ private:
     QLockFile file_;
 };
 
-// A number keeps its type (an integer is marked, since JSON has one kind of number); an empty
-// text box gives a null QString, which the save stores as '' and so is written as "".
-QJsonValue toJson(const QVariant& v)
-{
-    switch (v.typeId()) {
-    case QMetaType::QString:
-        return v.toString();
-    case QMetaType::Bool:
-        return v.toBool();
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return v.isNull() ? QJsonValue() : QJsonValue(v.toDouble());
-    default:
-        break;
-    }
-    if (!v.isValid() || v.isNull())
-        return QJsonValue();
-    return v.toString();
-}
-
 bool isInteger(const QVariant& v)
 {
     switch (v.typeId()) {
@@ -79,15 +59,31 @@ bool isInteger(const QVariant& v)
     }
 }
 
+// A number keeps its kind (an integer is marked, JSON having one kind of number) and NULL stays
+// NULL; an empty text box gives a null QString, which the save stores as '', so it is "".
+QJsonArray toJson(const SavedField& f)
+{
+    QJsonValue value;
+    if (f.value.typeId() == QMetaType::QString)
+        value = f.value.toString();
+    else if (isInteger(f.value))
+        return { f.column, f.value.toLongLong(), IntegerTag };
+    else if (f.value.typeId() == QMetaType::Bool)
+        value = f.value.toBool();
+    else if (!f.value.isValid() || f.value.isNull())
+        value = QJsonValue::Null;
+    else if (f.value.typeId() == QMetaType::Double || f.value.typeId() == QMetaType::Float)
+        value = f.value.toDouble();
+    else
+        value = f.value.toString();
+    return { f.column, value };
+}
+
 QByteArray encode(const PendingContact& p)
 {
     QJsonArray fields;
-    for (const SavedField& f : p.fields) {
-        QJsonArray pair { f.column, isInteger(f.value) ? QJsonValue(f.value.toLongLong()) : toJson(f.value) };
-        if (isInteger(f.value))
-            pair.append(IntegerTag);
-        fields.append(pair);
-    }
+    for (const SavedField& f : p.fields)
+        fields.append(toJson(f));
     const QJsonObject o { { QStringLiteral("id"), p.id },
         { QStringLiteral("kept"), p.kept.toUTC().toString(Qt::ISODate) },
         { QStringLiteral("connection"), p.connection }, { QStringLiteral("fields"), fields } };

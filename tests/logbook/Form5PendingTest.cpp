@@ -1,7 +1,6 @@
+#include "ClubServer.h"
 #include "EntryTestDb.h"
-#include "logbook/db/DatabaseServer.h"
 #include "logbook/entry/PendingContacts.h"
-#include "tests/support/PgServer.h"
 #include "tests/support/PgSession.h"
 #include "ui/logbook/Form5.h"
 
@@ -21,14 +20,9 @@ protected:
         // The journal lives in the user's data folder: here, a temporary one.
         home_ = qgetenv("HOME");
         qputenv("HOME", tmp.path().toLocal8Bit());
-        qunsetenv("PGPASSWORD");
         QString error;
-        ASSERT_TRUE(server.start(&error)) << error.toStdString();
-        qputenv("PGPASSFILE", server.passFile().toLocal8Bit());
-        uri = server.createDatabase("club", &error);
+        uri = startClubLog(server, &error);
         ASSERT_FALSE(uri.isEmpty()) << error.toStdString();
-        const DbError e = DatabaseServer::prepare(uri);
-        ASSERT_FALSE(e) << e.text().toStdString();
         db.station.dbConnection = uri;
         form = std::make_unique<Form5>(db.station);
         form->show();

@@ -1,7 +1,6 @@
 #include "logbook/entry/PendingContacts.h"
-#include "logbook/db/DatabaseServer.h"
+#include "ClubServer.h"
 #include "logbook/entry/ContactSave.h"
-#include "tests/support/PgServer.h"
 #include "tests/support/PgSession.h"
 #include "tests/support/TempDir.h"
 
@@ -139,14 +138,9 @@ class PendingServerTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        qunsetenv("PGPASSWORD");
         QString error;
-        ASSERT_TRUE(server.start(&error)) << error.toStdString();
-        qputenv("PGPASSFILE", server.passFile().toLocal8Bit());
-        uri = server.createDatabase("club", &error);
+        uri = startClubLog(server, &error);
         ASSERT_FALSE(uri.isEmpty()) << error.toStdString();
-        const DbError e = DatabaseServer::prepare(uri);
-        ASSERT_FALSE(e) << e.text().toStdString();
     }
 
     int rows(const QString& sql)
