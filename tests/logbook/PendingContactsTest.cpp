@@ -1,17 +1,25 @@
 #include "logbook/entry/PendingContacts.h"
 #include "ClubServer.h"
 #include "logbook/entry/ContactSave.h"
+#include "logbook/entry/PendingRetry.h"
 #include "tests/support/PgSession.h"
 #include "tests/support/TempDir.h"
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QTest>
 #include <QThread>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
 #include <atomic>
+#include <netinet/in.h>
+#include <optional>
+#include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -132,6 +140,52 @@ TEST(PendingContactsTest, SameContactComparesTheKeyOnly)
                 f.value = f.value.toString() + "0";
         EXPECT_FALSE(PendingContacts::sameContact(a, c)) << column;
     }
+}
+
+// A server machine that went away mid-connection: TCP is accepted but nothing ever answers, so
+// libpq waits out its 3 s connect timeout. The try runs beside the window's event loop.
+TEST(PendingRetryTest, ATryOnAServerThatNeverAnswersDoesNotHoldUpTheWindow)
+{
+    const int silent = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    ASSERT_EQ(::bind(silent, reinterpret_cast<sockaddr*>(&address), size), 0);
+    ASSERT_EQ(::listen(silent, 8), 0); // the kernel completes handshakes; no one ever reads
+    ASSERT_EQ(::getsockname(silent, reinterpret_cast<sockaddr*>(&address), &size), 0);
+    const QString uri = QStringLiteral("postgresql://kestrel@127.0.0.1:%1/club").arg(ntohs(address.sin_port));
+
+    TempDir tmp;
+    PendingContacts journal(tmp.file("pending.jsonl"));
+    ASSERT_FALSE(journal.append(uri, contactFields(1)).isEmpty());
+    PendingRetry retry(journal.path(), uri);
+    std::optional<PendingFlush> result;
+    QObject::connect(&retry, &PendingRetry::flushed, [&](const PendingFlush& r) { result = r; });
+    QElapsedTimer clock;
+    QElapsedTimer sinceTick;
+    qint64 longestGap = 0;
+    QTimer tick; // the window's own work
+    QObject::connect(
+        &tick, &QTimer::timeout, [&] { longestGap = std::max(longestGap, sinceTick.restart()); });
+    tick.start(20);
+    clock.start();
+    sinceTick.start();
+    retry.retryNow();
+    const qint64 returnedAfter = clock.elapsed();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return result.has_value(); }, 20000));
+    const qint64 tryTook = clock.elapsed();
+    ::close(silent);
+
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->error.number, DbErrorNumber::ServerGone) << result->error.text().toStdString();
+    EXPECT_EQ(result->left, 1);
+    EXPECT_TRUE(retry.waiting());
+    EXPECT_GE(tryTook, 2500); // the try really waited for the server...
+    EXPECT_LT(returnedAfter, 500); // ...and the window did not
+    EXPECT_LT(longestGap, 1000);
+    std::cout << "try on a silent server took " << tryTook << " ms; retryNow returned after " << returnedAfter
+              << " ms, the longest gap between 20 ms ticks was " << longestGap << " ms" << std::endl;
 }
 
 class PendingServerTest : public ::testing::Test {
