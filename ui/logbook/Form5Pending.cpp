@@ -72,7 +72,8 @@ void Form5::pendingFlushed(const PendingFlush& result)
             PromptGate::Fault::Standalone);
     if (result.left == 0)
         awayTold_ = false;
-    else if (result.error.number == DbErrorNumber::ServerGone && !awayTold_) { // kept by an earlier run
+    else if (result.error.number == DbErrorNumber::ServerGone && !awayTold_) {
+        // Contacts an earlier run kept, and the server is still away.
         awayTold_ = true;
         station_.prompts.information(
             QStringLiteral("The logbook server %1 cannot be reached. %2 kept in %3 %4 saved as soon as the "
@@ -92,10 +93,12 @@ void Form5::pendingFlushed(const PendingFlush& result)
     const int n = int(result.saved.size());
     const QString server = DbConnection::serverName(station_.dbConnection);
     QString text = n == 1
-        ? QStringLiteral("The logbook server %1 is back: the contact kept in %2 is now saved.")
-              .arg(server, journalName(*pending_))
-        : QStringLiteral("The logbook server %1 is back: the %2 contacts kept in %3 are now saved.")
-              .arg(server, QString::number(n), journalName(*pending_));
+        ? QStringLiteral(
+            "The contact kept in %1 while the logbook server %2 could not be reached is now saved.")
+              .arg(journalName(*pending_), server)
+        : QStringLiteral(
+            "The %1 contacts kept in %2 while the logbook server %3 could not be reached are now saved.")
+              .arg(QString::number(n), journalName(*pending_), server);
     if (result.left > 0)
         text += QStringLiteral(" %1 still waiting.").arg(result.left);
     station_.prompts.information(text);
