@@ -271,6 +271,8 @@ bool PendingContacts::remove(const QStringList& ids, QString* error)
 
 QList<PendingContact> PendingContacts::entries(QStringList* damaged)
 {
+    if (!QFileInfo::exists(path_))
+        return {}; // nothing was ever kept: no folder or lock file made for it
     const JournalLock lock(path_);
     QList<QByteArray> lines;
     return read(&lines, damaged);
