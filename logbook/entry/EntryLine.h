@@ -19,4 +19,6 @@ struct EntryLine {
     QString cou; // DXCC entity (a label)
     QString Ns; // contest serial number sent (optional)
     QString Nr; // contest serial number received (optional)
+
+    bool operator==(const EntryLine&) const = default;
 };

@@ -18,6 +18,7 @@
 #include "logbook/entry/ContestNumbers.h"
 #include "logbook/entry/EntryRules.h"
 #include "logbook/entry/LogClock.h"
+#include "logbook/entry/PendingRetry.h"
 #include "mapexport/LogCount.h"
 #include "mapexport/LogMapExport.h"
 #include "mapexport/MapViewer.h"
@@ -88,6 +89,7 @@ Form5::Form5(Station& station, QWidget* parent)
     if (station_.dbConnection.isEmpty())
         DatabaseFile::connect(station_);
     openWindow();
+    startPending();
 }
 
 Form5::~Form5() = default;
@@ -308,16 +310,30 @@ void Form5::addnew_Click()
 void Form5::Save_Click()
 {
     const EntryLine l = entryLine();
-    const DbError e = ContactSave::save(station_.dbConnection, ContactSave::fields(l, storedPosition()));
+    const QList<SavedField> fields = ContactSave::fields(l, storedPosition());
+    if (pending_ && pending_->waiting()) { // in order, behind the contacts kept before
+        keepPending(l, fields, false);
+        return;
+    }
+    const DbError e = ContactSave::save(station_.dbConnection, fields);
+    if (pending_ && e.number == DbErrorNumber::ServerGone) {
+        keepPending(l, fields, true);
+        return;
+    }
     if (e) {
         station_.prompts.information(ContactSave::NoNewRecordset);
         return;
     }
     worked_->add({ l.Ca, LogDate::toStored(l.DA), l.Ba, l.mo, l.Gr, l.Qs, l.cou });
+    clearEntryLine();
+    runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
+}
+
+void Form5::clearEntryLine()
+{
     for (QLineEdit* b : { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs,
              ui_.Co, ui_.Pr, ui_.Ns, ui_.Nr })
         b->clear();
-    runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
 }
 
 void Form5::Search_Click()

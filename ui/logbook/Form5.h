@@ -22,6 +22,9 @@ class QKeyEvent;
 class QLineEdit;
 class Recordset;
 class LogMapExport;
+class PendingRetry;
+struct PendingFlush;
+struct SavedField;
 class MapViewer;
 class SlicedJob;
 class Station;
@@ -100,6 +103,11 @@ private:
     // The square or entity counts in slices (the window stays usable), then `after`. A new
     // run replaces one still under way.
     void runCounts(const QList<int>& kinds, std::function<void()> after = {});
+    void clearEntryLine();
+    // On a server log: the journal of contacts the server does not have yet (Form5Pending.cpp).
+    void startPending();
+    void keepPending(const EntryLine& line, const QList<SavedField>& fields, bool serverAway);
+    void pendingFlushed(const PendingFlush& result);
     LocatorProcedure completionLocator();
     LocatorProcedure importLocator();
 
@@ -118,4 +126,8 @@ private:
     std::unique_ptr<WorkedBefore> worked_;
     std::unique_ptr<CheckPartial> partial_;
     QPointer<WsjtxListener> wsjtx_;
+    std::unique_ptr<PendingRetry> pending_; // none on a file log
+    QString heldId_; // the journal entry the entry line holds
+    EntryLine heldLine_;
+    bool awayTold_ = false; // the server-away message was shown since the journal last emptied
 };
