@@ -65,7 +65,7 @@ int LogTool::run(const QStringList& arguments)
     if (args.value(0) == QLatin1String("--db")) {
         if (args.size() < 2 || args[1].isEmpty())
             return badUsage(QStringLiteral("--db needs a file"));
-        db_ = QFileInfo(args[1]).absoluteFilePath();
+        db_ = DbConnection::isServer(args[1]) ? args[1] : QFileInfo(args[1]).absoluteFilePath();
         args = args.mid(2);
     } else {
         db_ = DatabaseFile::resolve(DatabaseFile::systemPlaces());

@@ -55,20 +55,6 @@ bool fitForServer(LogRow& row, const QList<LogColumn>& columns, int extraAt, con
                     .arg(where));
             return false;
         }
-        if (cell.kind == LogCell::Text && column.maxChars > 0) {
-            // Characters, not bytes: UTF-8 continuation bytes are not counted.
-            const auto chars = std::count_if(
-                cell.bytes.cbegin(), cell.bytes.cend(), [](char b) { return (uchar(b) & 0xC0) != 0x80; });
-            if (chars > column.maxChars) {
-                *error
-                    = failure(QStringLiteral("%1 holds %2 characters; the server's column holds at most %3. "
-                                             "Nothing was copied.")
-                                  .arg(where)
-                                  .arg(chars)
-                                  .arg(column.maxChars));
-                return false;
-            }
-        }
         const bool fits = cell.kind == LogCell::Null || column.kind == LogCell::Text
             || (column.kind == LogCell::Real && cell.kind != LogCell::Text)
             || (cell.kind == LogCell::Integer && cell.integer >= std::numeric_limits<qint32>::min()

@@ -94,8 +94,7 @@ bool LogSource::columns(const QString& table, QList<LogColumn>* out, DbError* er
         out->append({ LogbookSchema::spelling(name),
             t == QLatin1String("INTEGER")    ? LogCell::Integer
                 : t == QLatin1String("REAL") ? LogCell::Real
-                                             : LogCell::Text,
-            t.startsWith(QLatin1String("TEXT(")) ? t.mid(5).chopped(1).toInt() : 0 });
+                                             : LogCell::Text });
     };
     if (server_) {
         QSqlQuery q(server_->database());

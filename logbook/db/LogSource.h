@@ -30,7 +30,6 @@ using LogRow = std::vector<LogCell>;
 struct LogColumn {
     QString name;
     LogCell::Kind kind; // Integer or Real for a number column, else Text
-    int maxChars = 0; // text(250): the most a server's column holds (SQLite ignores the length)
 };
 
 class LogSource {

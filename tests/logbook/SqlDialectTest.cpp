@@ -147,7 +147,7 @@ TEST(SqlDialect, BeginAndPragmas)
         "SELECT row_number() OVER (ORDER BY ordinal_position NULLS FIRST) - 1 AS cid, column_name AS name, "
         "CASE WHEN data_type IN ('bigint', 'integer') THEN 'INTEGER' WHEN data_type = 'double precision' "
         "THEN "
-        "'REAL' WHEN data_type = 'character varying' THEN 'text(' || character_maximum_length || ')' ELSE "
+        "'REAL' WHEN data_type = 'character varying' THEN 'text(250)' ELSE "
         "upper(data_type) END AS type, CASE WHEN is_nullable = 'NO' THEN 1 ELSE 0 END AS notnull, "
         "column_default "
         "AS dflt_value, coalesce((SELECT k.ordinal_position FROM information_schema.key_column_usage AS k "
@@ -191,14 +191,14 @@ TEST(SqlDialect, EveryLogbookTextHasItsPostgresForm)
         { SqlText::LogWithDxccConfirmed,
             "select  *  from logtab where DXCC <>'' and QSL ILIKE 'Q'  order by dxcc NULLS FIRST " },
         { SqlText::qslRun("T"), "select  *  from logtab where  QSL ILIKE 'T' order by lower(callsign) NULLS FIRST" },
-        { SqlText::AddLogGEdata, "ALTER TABLE logtab ADD COLUMN GEdata varchar(250);" },
-        { SqlText::AddLogGEpoly, "ALTER TABLE logtab ADD COLUMN GEpoly varchar(250);" },
-        { SqlText::AddLogGEgridXY, "ALTER TABLE logtab ADD COLUMN GEgridXY varchar(250);" },
+        { SqlText::AddLogGEdata, "ALTER TABLE logtab ADD COLUMN GEdata varchar;" },
+        { SqlText::AddLogGEpoly, "ALTER TABLE logtab ADD COLUMN GEpoly varchar;" },
+        { SqlText::AddLogGEgridXY, "ALTER TABLE logtab ADD COLUMN GEgridXY varchar;" },
         { SqlText::DropBeaconXCoord, "ALTER TABLE PNT_Beacon DROP COLUMN XCoord " },
         { SqlText::DropBeaconYCoord, "ALTER TABLE PNT_Beacon DROP COLUMN YCoord " },
-        { SqlText::AddBeaconGEpoly, "ALTER TABLE PNT_Beacon ADD COLUMN GEpoly varchar(250);" },
-        { SqlText::AddBeaconGEdata, "ALTER TABLE PNT_Beacon ADD COLUMN GEdata varchar(250);" },
-        { SqlText::AddBeaconGEgridXY, "ALTER TABLE PNT_Beacon ADD COLUMN GEgridXY varchar(250);" },
+        { SqlText::AddBeaconGEpoly, "ALTER TABLE PNT_Beacon ADD COLUMN GEpoly varchar;" },
+        { SqlText::AddBeaconGEdata, "ALTER TABLE PNT_Beacon ADD COLUMN GEdata varchar;" },
+        { SqlText::AddBeaconGEgridXY, "ALTER TABLE PNT_Beacon ADD COLUMN GEgridXY varchar;" },
         { SqlText::bandFilter(""), " band ILIKE ''" },
         // The sorts are translated within the statement they end up in.
         { logList,
