@@ -91,6 +91,11 @@ WsjtxContactLog::Outcome WsjtxContactLog::log(const AdifRecord& record)
             fields.append({ QLatin1String(column), value });
     }
     const DbError e = ContactSave::save(connection_, fields);
+    if (e.number == DbErrorNumber::AlreadyLogged) {
+        known_.insert(key); // another position on the same radio logged it first
+        out.kind = Outcome::AlreadyLogged;
+        return out;
+    }
     if (e) {
         out.kind = Outcome::Failed;
         out.text = e.text();

@@ -17,6 +17,7 @@ bool WorkedBefore::load(const QString& connection, DbError* error)
     byCall_.clear();
     entityBands_.clear();
     squareBands_.clear();
+    ids_.clear();
     contacts_ = 0;
     DbConnection conn(connection);
     if (!conn.isOpen()) {
@@ -24,26 +25,60 @@ bool WorkedBefore::load(const QString& connection, DbError* error)
             *error = conn.error();
         return false;
     }
-    QSqlQuery q(conn.database());
-    q.setForwardOnly(true);
-    if (!q.exec(conn.sql(QStringLiteral(
-            "SELECT Callsign, Date, Band, mode, Grid, QSL, DXCC FROM logtab ORDER BY Date, GMT")))) {
-        if (error)
-            *error = { DbErrorNumber::NoSuchField, QStringLiteral("The database has no table logtab.") };
+    if (readRows(conn, QString(), error) < 0)
         return false;
-    }
-    while (q.next())
-        add({ q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
-            q.value(4).toString(), q.value(5).toString(), q.value(6).toString() });
-    q.finish();
     return dxcc_.load(connection, error);
 }
 
-void WorkedBefore::add(const WorkedContact& c)
+int WorkedBefore::readRows(DbConnection& conn, const QString& where, DbError* error)
+{
+    QSqlQuery q(conn.database());
+    q.setForwardOnly(true);
+    if (!q.exec(
+            conn.sql(QStringLiteral("SELECT Callsign, Date, Band, mode, Grid, QSL, DXCC, ID FROM logtab%1 "
+                                    "ORDER BY Date, GMT")
+                         .arg(where)))) {
+        if (error)
+            *error = { DbErrorNumber::NoSuchField, QStringLiteral("The database has no table logtab.") };
+        return -1;
+    }
+    int rows = 0;
+    for (; q.next(); ++rows)
+        add({ q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
+                q.value(4).toString(), q.value(5).toString(), q.value(6).toString() },
+            q.value(7).toLongLong());
+    q.finish();
+    return rows;
+}
+
+int WorkedBefore::addRows(const QString& connection, const QList<qint64>& ids, DbError* error)
+{
+    QStringList wanted;
+    for (const qint64 id : ids) {
+        if (!ids_.contains(id))
+            wanted << QString::number(id);
+    }
+    if (wanted.isEmpty())
+        return 0;
+    DbConnection conn(connection);
+    if (!conn.isOpen()) {
+        if (error)
+            *error = conn.error();
+        return -1;
+    }
+    return readRows(conn, QStringLiteral(" WHERE ID IN (%1)").arg(wanted.join(QLatin1Char(','))), error);
+}
+
+void WorkedBefore::add(const WorkedContact& c, qint64 id)
 {
     const QString call = c.callsign.trimmed().toUpper();
     if (call.isEmpty())
         return;
+    if (id > 0) {
+        if (ids_.contains(id))
+            return;
+        ids_.insert(id);
+    }
     byCall_[call].append(c);
     ++contacts_;
     if (!c.entity.isEmpty())

@@ -21,11 +21,17 @@ struct WorkedCheck {
     QString square;
 };
 
+class DbConnection;
+
 class WorkedBefore {
 public:
     // Reads logtab (call, date, time, band, mode, locator, QSL, entity) and dxccdata.
     bool load(const QString& connection, DbError* error = nullptr);
-    void add(const WorkedContact& contact);
+    // A contact saved here; with its row ID the same row heard of later (addRows) is not added twice.
+    void add(const WorkedContact& contact, qint64 id = 0);
+    // Rows saved elsewhere (another position of a server log), read by their IDs; rows known
+    // already are left out. How many rows were read; -1 with *error set when the read failed.
+    int addRows(const QString& connection, const QList<qint64>& ids, DbError* error = nullptr);
     qsizetype size() const { return contacts_; }
 
     // The check of a call (without case) on a band text, with the locator when one is known.
@@ -37,11 +43,14 @@ public:
     static QStringList lines(const WorkedCheck& check, const QString& band, int maxContacts = 20);
 
 private:
+    // Adds the rows of logtab the condition picks (" WHERE ..." or none); how many, or -1.
+    int readRows(DbConnection& conn, const QString& where, DbError* error);
     static QString key(const QString& a, const QString& b) { return a + QLatin1Char('|') + b; }
 
     QHash<QString, QList<WorkedContact>> byCall_; // upper-case call -> its contacts, oldest first
     QSet<QString> entityBands_;
     QSet<QString> squareBands_;
     qsizetype contacts_ = 0;
+    QSet<qint64> ids_;
     DxccIndex dxcc_;
 };

@@ -28,14 +28,51 @@ QStringList tables(DbConnection& c)
     return out;
 }
 
-// What a server needs beside the tables: the schema version SQLite keeps in user_version, and
-// the case folding the beacon search uses.
+// Every change of logtab is announced to the positions listening (LogChanges) as "INSERT 42",
+// "UPDATE 42" or "DELETE 42"; the notice goes out when the change is committed.
+QStringList changeNotice()
+{
+    return { QStringLiteral(
+                 "CREATE OR REPLACE FUNCTION kestrel_log_changed() RETURNS trigger LANGUAGE plpgsql AS "
+                 "'BEGIN PERFORM pg_notify(''%1'', TG_OP || '' '' || CASE WHEN TG_OP = ''DELETE'' "
+                 "THEN OLD.id ELSE NEW.id END); RETURN NULL; END'")
+                 .arg(QLatin1String(DatabaseServer::ChangeChannel)),
+        QStringLiteral(
+            "CREATE OR REPLACE TRIGGER kestrel_log_changed AFTER INSERT OR UPDATE OR DELETE ON logtab "
+            "FOR EACH ROW EXECUTE FUNCTION kestrel_log_changed()") };
+}
+
+// What a server needs beside the tables: the schema version SQLite keeps in user_version, the
+// case folding the beacon search uses, and the notice of changes.
 QStringList serverExtras()
 {
-    return { QStringLiteral("CREATE TABLE kestrel_schema (version INTEGER NOT NULL)"),
+    return QStringList { QStringLiteral("CREATE TABLE kestrel_schema (version INTEGER NOT NULL)"),
         QStringLiteral("INSERT INTO kestrel_schema VALUES (%1)").arg(SchemaMigration::CurrentVersion),
         QStringLiteral("CREATE OR REPLACE FUNCTION casefold(text) RETURNS text LANGUAGE sql IMMUTABLE AS "
-                       "'SELECT lower($1)'") };
+                       "'SELECT lower($1)'") }
+    + changeNotice();
+}
+
+// A log made before the positions told each other of changes gets the notice once.
+DbError addChangeNotice(const QString& connection)
+{
+    DbConnection c(connection);
+    if (!c.isOpen())
+        return c.error();
+    QSqlQuery q(c.database());
+    if (q.exec(QStringLiteral("SELECT 1 FROM pg_trigger WHERE tgname = 'kestrel_log_changed' "
+                              "AND tgrelid = 'logtab'::regclass"))
+        && q.next())
+        return {};
+    q.finish();
+    bool ok = c.begin() && c.exec(QStringLiteral("SELECT pg_advisory_xact_lock(%1)").arg(SchemaLock));
+    for (const QString& sql : changeNotice())
+        ok = ok && c.exec(sql);
+    if (ok && c.commit())
+        return {};
+    const DbError e = c.error();
+    c.rollback();
+    return e;
 }
 } // namespace
 
@@ -115,7 +152,9 @@ DbError prepare(const QString& connection)
     if (const DbError e = identify(connection))
         return e;
     const SchemaMigration::Result m = SchemaMigration::migrate(connection);
-    return m.error;
+    if (m.error)
+        return m.error;
+    return addChangeNotice(connection);
 }
 
 } // namespace DatabaseServer

@@ -9,6 +9,9 @@
 
 namespace DatabaseServer {
 
+// The channel every change of logtab is announced on, as "<INSERT|UPDATE|DELETE> <ID>".
+inline constexpr char ChangeChannel[] = "kestrel_log";
+
 // "postgresql://user@host:port/database" from Kestrel.ini [database]; empty when the driver
 // there is not "postgresql" (the log is a file).
 QString configured();
@@ -18,7 +21,8 @@ QString address(const QString& host, int port, const QString& database, const QS
 // reported with number NoFile, one with other tables but no log as not Kestrel's.
 DbError identify(const QString& connection);
 // Makes the schema and the seed data in an empty database, or brings an existing log to the
-// current schema version. A database holding other tables and no log is left as it is.
+// current schema version, with the notice of changes (ChangeChannel) in both cases. A database
+// holding other tables and no log is left as it is.
 DbError prepare(const QString& connection);
 
 } // namespace DatabaseServer

@@ -155,7 +155,9 @@ void DbConnection::openServer(const QString& connection)
         auto* conn = db.isValid() && db.isOpen() ? static_cast<PGconn*>(*static_cast<PGconn* const*>(
                          db.driver()->handle().constData()))
                                                  : nullptr;
-        if (conn && PQconsumeInput(conn) && PQstatus(conn) == CONNECTION_OK
+        // Twice: a server shutting down sends its farewell first, and its close is read only
+        // by the next call.
+        if (conn && PQconsumeInput(conn) && PQconsumeInput(conn) && PQstatus(conn) == CONNECTION_OK
             && PQtransactionStatus(conn) == PQTRANS_IDLE) {
             name_ = name;
             pg_ = conn;

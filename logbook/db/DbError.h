@@ -21,6 +21,8 @@ constexpr int NotOpen = 3704;
 constexpr int NotUpdatable = 3251;
 constexpr int RowChanged = 3640;
 constexpr int NoFile = 3024;
+// A contact whose key (call, date, time, band, mode) a server log holds already: not saved twice.
+constexpr int AlreadyLogged = 3022;
 // The logbook server cannot be reached (refused, gone, restarting): what was typed is kept.
 constexpr int ServerGone = 3151;
 } // namespace DbErrorNumber

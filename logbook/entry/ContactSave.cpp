@@ -1,9 +1,14 @@
 #include "logbook/entry/ContactSave.h"
 
+#include "logbook/adif/AdifImport.h"
+#include "logbook/db/DbConnection.h"
 #include "logbook/db/LogDate.h"
 #include "logbook/db/Recordset.h"
 #include "logbook/db/SqlText.h"
 #include "logbook/entry/ContactSummary.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
 
 #include <algorithm>
 #include <charconv>
@@ -70,8 +75,91 @@ QList<SavedField> fields(const EntryLine& l, const MapPosition& stored)
     return out;
 }
 
-DbError save(const QString& connection, const QList<SavedField>& fields)
+namespace {
+QString fieldText(const QList<SavedField>& fields, const QString& column)
 {
+    for (const SavedField& f : fields) {
+        if (f.column.compare(column, Qt::CaseInsensitive) == 0)
+            return f.value.toString();
+    }
+    return QString();
+}
+
+// Check and insert in one transaction under an advisory lock on the contact's key: two positions
+// saving the same contact at once are put one after the other, and the second finds the first.
+DbError saveOnServer(const QString& connection, const QList<SavedField>& fields, qint64* id)
+{
+    const QString call = fieldText(fields, QStringLiteral("Callsign"));
+    const QString date = fieldText(fields, QStringLiteral("Date"));
+    const QString gmt = fieldText(fields, QStringLiteral("GMT"));
+    const QString band = fieldText(fields, QStringLiteral("Band"));
+    const QString mode = fieldText(fields, QStringLiteral("mode"));
+    const QString key = AdifImport::duplicateKey(call, date, gmt, band, mode);
+    DbConnection c(connection);
+    if (!c.isOpen())
+        return c.error();
+    auto failed = [&c] {
+        const DbError e = c.error();
+        c.rollback();
+        return e;
+    };
+    if (!c.begin() || !c.exec(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext(?))"), { key }))
+        return failed();
+    // The day's contacts with the call (the date index finds them); the key decides, as the
+    // ADIF import's check does (time to the minute, mode without case).
+    QSqlQuery q(c.database());
+    q.setForwardOnly(true);
+    q.prepare(c.sql(QStringLiteral("SELECT Callsign, Date, GMT, Band, mode FROM logtab WHERE Date = ? AND "
+                                   "upper(Callsign) = ?")));
+    q.addBindValue(date);
+    q.addBindValue(call.toUpper());
+    if (!q.exec()) {
+        const DbError e = DbConnection::serverError(
+            q.lastError().nativeErrorCode(), q.lastError().databaseText(), connection);
+        c.rollback();
+        return e;
+    }
+    // deliberate: a contact without a call is saved as it is, as on a file.
+    while (!call.trimmed().isEmpty() && q.next()) {
+        if (AdifImport::duplicateKey(q.value(0).toString(), q.value(1).toString(), q.value(2).toString(),
+                q.value(3).toString(), q.value(4).toString())
+            == key) {
+            c.rollback();
+            return { DbErrorNumber::AlreadyLogged,
+                QStringLiteral("%1 on %2 at %3 %4 (%5) is already in the log: saved at another position "
+                               "or earlier here, so it was not saved again.")
+                    .arg(call, band, LogDate::toDisplay(date), gmt, mode) };
+        }
+    }
+    q.finish();
+    QStringList columns;
+    QStringList marks;
+    QVariantList values;
+    for (const SavedField& f : fields) {
+        columns << f.column;
+        marks << QStringLiteral("?");
+        // As the recordset stores it: an empty text is a text, never NULL.
+        values << (f.value.typeId() == QMetaType::QString && f.value.toString().isNull()
+                ? QVariant(QString(""))
+                : f.value);
+    }
+    if (!c.exec(QStringLiteral("INSERT INTO logtab (%1) VALUES (%2)")
+                    .arg(columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))),
+            values))
+        return failed();
+    const qint64 newId = c.lastInsertRowId();
+    if (!c.commit())
+        return failed();
+    if (id)
+        *id = newId;
+    return {};
+}
+} // namespace
+
+DbError save(const QString& connection, const QList<SavedField>& fields, qint64* id)
+{
+    if (DbConnection::isServer(connection))
+        return saveOnServer(connection, fields, id);
     Recordset rs(connection);
     if (!rs.open(SqlText::LogList) || !rs.addNew())
         return rs.error();

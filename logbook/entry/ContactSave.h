@@ -28,5 +28,9 @@ QString summary(const EntryLine& line, const MapPosition& stored);
 double storedNumber(float value);
 
 // Appends the row through a recordset on "SELECT * FROM logtab"; the error when it failed.
-DbError save(const QString& connection, const QList<SavedField>& fields);
+// On a club's server several positions save at once: there the row goes in only when no
+// contact with its key (AdifImport::duplicateKey) is in the log, checked and written under a
+// lock on that key, else DbErrorNumber::AlreadyLogged; *id gets the new row's ID there (a log
+// file has nobody else saving, and no check).
+DbError save(const QString& connection, const QList<SavedField>& fields, qint64* id = nullptr);
 } // namespace ContactSave

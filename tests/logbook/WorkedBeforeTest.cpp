@@ -85,4 +85,37 @@ TEST(WorkedBefore, ASavedContactCountsAtOnce)
     EXPECT_EQ(WorkedBefore::lines(w, "1296"), QStringList({ "DUPE on 1296", "15.11.2026  1296  Q65  JO89" }));
 }
 
+// Rows saved at another position are read by their IDs alone; one known already is not read
+// or counted again, whether loaded, added by its own save or heard before.
+TEST(WorkedBefore, RowsSavedElsewhereAreAddedByTheirIds)
+{
+    WorkedLog l;
+    ASSERT_TRUE(l.db.add({ contact("SM5XYZ", "JO89", "1296", { { "mode", "Q65" }, { "DXCC", "Sweden" } }),
+        contact("SM5XYZ", "JO89", "144", { { "mode", "CW" }, { "DXCC", "Sweden" } }),
+        contact("G4ABC", "IO91", "144", { { "mode", "CW" } }) }));
+    QList<qint64> ids;
+    for (const Row& r : l.db.rows({ "ID" }))
+        ids << r.value("ID").toLongLong();
+    ASSERT_EQ(ids.size(), 7);
+    l.worked.add({ "G4ABC", "2026-11-15", "144", "CW", "IO91", "", "" }, ids[6]); // saved here
+    DbError error;
+    const struct {
+        QList<qint64> ids;
+        int read;
+        qsizetype size;
+    } steps[] = {
+        { { ids[0], ids[3] }, 0, 5 }, // loaded already
+        { { ids[4] }, 1, 6 },
+        { { ids[4], ids[5], ids[6] }, 1, 7 },
+        { { 99999 }, 0, 7 }, // deleted meanwhile
+        { {}, 0, 7 },
+    };
+    for (const auto& s : steps) {
+        EXPECT_EQ(l.worked.addRows(l.db.path(), s.ids, &error), s.read) << error.text().toStdString();
+        EXPECT_EQ(l.worked.size(), s.size);
+    }
+    EXPECT_EQ(WorkedBefore::lines(l.worked.check("sm5xyz", "144"), "144"),
+        QStringList({ "DUPE on 144", "15.11.2026  144  CW  JO89", "15.11.2026  1296  Q65  JO89" }));
+}
+
 } // namespace

@@ -11,6 +11,7 @@
 #include "logbook/browse/LogSearch.h"
 #include "logbook/browse/WorkedBefore.h"
 #include "logbook/db/DatabaseFile.h"
+#include "logbook/db/LogChanges.h"
 #include "logbook/db/LogDate.h"
 #include "logbook/entry/BandTable.h"
 #include "logbook/entry/ContactSave.h"
@@ -41,6 +42,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
+#include <QTimer>
 
 Form5::Form5(Station& station, QWidget* parent)
     : QWidget(parent)
@@ -84,6 +86,13 @@ Form5::Form5(Station& station, QWidget* parent)
 
     for (QLineEdit* b : { ui_.Ca, ui_.Gr, ui_.Ba })
         connect(b, &QLineEdit::textChanged, this, &Form5::showWorkedBefore);
+
+    changes_ = new LogChanges(this);
+    heardTimer_ = new QTimer(this);
+    heardTimer_->setSingleShot(true);
+    connect(changes_, &LogChanges::changed, this, &Form5::logChanged);
+    connect(changes_, &LogChanges::resync, this, [this] { logChanged(QString(), 0); });
+    connect(heardTimer_, &QTimer::timeout, this, &Form5::showHeardChanges);
 
     // The program's start-up creates this window before its first database access.
     if (station_.dbConnection.isEmpty())
@@ -164,6 +173,7 @@ void Form5::openWindow()
     DbError e;
     if (DxccLookup::convertPatterns(station_.dbConnection, &e) < 0)
         showError(e.text(), QStringLiteral("Form_Load"));
+    changes_->watch(station_.dbConnection); // before the reads, so no change falls between
     loadLogList(QStringLiteral("Form_Load"));
     worked_->load(station_.dbConnection); // an unreadable log leaves the list empty
     if (partial_->size() == 0)
@@ -173,6 +183,8 @@ void Form5::openWindow()
 void Form5::closeWindow()
 {
     opened_ = false;
+    changes_->stop();
+    heardTimer_->stop();
     DbError e;
     if (DxccLookup::convertPatterns(station_.dbConnection, &e) < 0)
         showError(e.text(), QStringLiteral("Form_Unload"));
@@ -233,7 +245,8 @@ void Form5::loadLogList(const QString& procedure)
 {
     Recordset rs = LogList::open(station_.dbConnection, station_.bandPattern);
     if (rs.hasError() || !rs.isOpen()) {
-        showError(rs.errorText(), procedure);
+        if (!procedure.isEmpty()) // empty: a refresh nobody asked for stays quiet
+            showError(rs.errorText(), procedure);
         return;
     }
     bind(rs);
@@ -315,16 +328,18 @@ void Form5::Save_Click()
         keepPending(l, fields, false);
         return;
     }
-    const DbError e = ContactSave::save(station_.dbConnection, fields);
+    qint64 id = 0;
+    const DbError e = ContactSave::save(station_.dbConnection, fields, &id);
     if (pending_ && e.number == DbErrorNumber::ServerGone) {
         keepPending(l, fields, true);
         return;
     }
     if (e) {
-        station_.prompts.information(ContactSave::NoNewRecordset);
+        station_.prompts.information(
+            e.number == DbErrorNumber::AlreadyLogged ? e.description : ContactSave::NoNewRecordset);
         return;
     }
-    worked_->add({ l.Ca, LogDate::toStored(l.DA), l.Ba, l.mo, l.Gr, l.Qs, l.cou });
+    worked_->add({ l.Ca, LogDate::toStored(l.DA), l.Ba, l.mo, l.Gr, l.Qs, l.cou }, id);
     clearEntryLine();
     runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
 }
@@ -334,6 +349,30 @@ void Form5::clearEntryLine()
     for (QLineEdit* b : { ui_.DA, ui_.GM, ui_.Ca, ui_.Gr, ui_.Rss, ui_.Rr, ui_.Ba, ui_.mo, ui_.Na, ui_.Qs,
              ui_.Co, ui_.Pr, ui_.Ns, ui_.Nr })
         b->clear();
+}
+
+void Form5::logChanged(const QString& op, qint64 id)
+{
+    if (op == QLatin1String("INSERT"))
+        heard_ << id;
+    else
+        heardAll_ = true;
+    if (!heardTimer_->isActive())
+        heardTimer_->start(50); // a burst (an import at another position) is read once
+}
+
+void Form5::showHeardChanges()
+{
+    const bool all = heardAll_ || heard_.size() > 1000;
+    const int read
+        = all ? int(worked_->load(station_.dbConnection)) : worked_->addRows(station_.dbConnection, heard_);
+    heard_.clear();
+    heardAll_ = false;
+    if (read == 0)
+        return; // this position's own saves, shown already
+    showWorkedBefore();
+    if (!isBusy())
+        loadLogList(QString());
 }
 
 void Form5::Search_Click()

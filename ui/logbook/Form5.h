@@ -17,9 +17,11 @@
 #include <functional>
 #include <memory>
 
+class LogChanges;
 class LogGridModel;
 class QKeyEvent;
 class QLineEdit;
+class QTimer;
 class Recordset;
 class LogMapExport;
 class PendingRetry;
@@ -108,6 +110,10 @@ private:
     void startPending();
     void keepPending(const EntryLine& line, const QList<SavedField>& fields, bool serverAway);
     void pendingFlushed(const PendingFlush& result);
+    // Another position's change (a server log): gathered for a moment, then shown; an empty op
+    // (a resync) or any change but a new row reads the worked-before list again.
+    void logChanged(const QString& op, qint64 id);
+    void showHeardChanges();
     LocatorProcedure completionLocator();
     LocatorProcedure importLocator();
 
@@ -130,4 +136,8 @@ private:
     QString heldId_; // the journal entry the entry line holds
     EntryLine heldLine_;
     bool awayTold_ = false; // the server-away message was shown since the journal last emptied
+    LogChanges* changes_ = nullptr;
+    QTimer* heardTimer_ = nullptr;
+    QList<qint64> heard_;
+    bool heardAll_ = false;
 };
