@@ -143,8 +143,7 @@ void LogChanges::readSocket()
         qCInfo(lcLogbook) << "hearing the changes of" << DbConnection::serverName(connection_);
         const bool again = heardBefore_;
         heardBefore_ = true;
-        emit listeningStarted();
-        if (again && conn_)
+        if (again)
             emit resync();
         if (!conn_)
             return; // a listener stopped this

@@ -36,8 +36,6 @@ signals:
     void changed(const QString& op, qint64 id);
     // Connected again after the server was gone: read again what is shown.
     void resync();
-    // The LISTEN is in place (first time or again).
-    void listeningStarted();
 
 private:
     void connectNow();

@@ -7,12 +7,12 @@
 #include "logbook/db/SqlText.h"
 #include "logbook/entry/ContactSummary.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <libpq-fe.h>
 
 namespace ContactSave {
 
@@ -85,6 +85,41 @@ QString fieldText(const QList<SavedField>& fields, const QString& column)
     return QString();
 }
 
+// One statement with its values as texts, straight through libpq: the save is a handful of
+// round trips, and a prepared statement would cost one more each.
+struct PgQuery {
+    PGresult* r = nullptr;
+    PgQuery(DbConnection& c, const char* sql, const QList<QByteArray>& values)
+    {
+        QVarLengthArray<const char*, 24> p;
+        for (const QByteArray& v : values)
+            p.append(v.isNull() ? nullptr : v.constData());
+        r = PQexecParams(c.serverHandle(), sql, int(p.size()), nullptr, p.constData(), nullptr, nullptr, 0);
+    }
+    ~PgQuery() { PQclear(r); }
+    bool ok() const
+    {
+        const ExecStatusType s = PQresultStatus(r);
+        return s == PGRES_TUPLES_OK || s == PGRES_COMMAND_OK;
+    }
+    QString text(int row, int column) const { return QString::fromUtf8(PQgetvalue(r, row, column)); }
+    DbError error(const QString& connection) const
+    {
+        return DbConnection::serverError(QString::fromLatin1(PQresultErrorField(r, PG_DIAG_SQLSTATE)),
+            QString::fromUtf8(PQresultErrorMessage(r)).trimmed(), connection);
+    }
+};
+
+QByteArray serverText(const QVariant& value)
+{
+    if (!value.isValid())
+        return QByteArray(); // NULL
+    QByteArray text = value.toString().toUtf8();
+    if (text.isNull())
+        text = QByteArray(""); // as the recordset stores it: an empty text is a text, never NULL
+    return text;
+}
+
 // Check and insert in one transaction under an advisory lock on the contact's key: two positions
 // saving the same contact at once are put one after the other, and the second finds the first.
 DbError saveOnServer(const QString& connection, const QList<SavedField>& fields, qint64* id)
@@ -98,58 +133,53 @@ DbError saveOnServer(const QString& connection, const QList<SavedField>& fields,
     DbConnection c(connection);
     if (!c.isOpen())
         return c.error();
-    auto failed = [&c] {
-        const DbError e = c.error();
+    if (!c.begin())
+        return c.error();
+    auto failed = [&](const PgQuery& q) {
+        const DbError e = q.error(connection);
         c.rollback();
         return e;
     };
-    if (!c.begin() || !c.exec(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext(?))"), { key }))
-        return failed();
-    // The day's contacts with the call (the date index finds them); the key decides, as the
-    // ADIF import's check does (time to the minute, mode without case).
-    QSqlQuery q(c.database());
-    q.setForwardOnly(true);
-    q.prepare(c.sql(QStringLiteral("SELECT Callsign, Date, GMT, Band, mode FROM logtab WHERE Date = ? AND "
-                                   "upper(Callsign) = ?")));
-    q.addBindValue(date);
-    q.addBindValue(call.toUpper());
-    if (!q.exec()) {
-        const DbError e = DbConnection::serverError(
-            q.lastError().nativeErrorCode(), q.lastError().databaseText(), connection);
-        c.rollback();
-        return e;
-    }
+    if (PgQuery lock(c, "SELECT pg_advisory_xact_lock(hashtext($1))", { key.toUtf8() }); !lock.ok())
+        return failed(lock);
     // deliberate: a contact without a call is saved as it is, as on a file.
-    while (!call.trimmed().isEmpty() && q.next()) {
-        if (AdifImport::duplicateKey(q.value(0).toString(), q.value(1).toString(), q.value(2).toString(),
-                q.value(3).toString(), q.value(4).toString())
-            == key) {
-            c.rollback();
-            return { DbErrorNumber::AlreadyLogged,
-                QStringLiteral("%1 on %2 at %3 %4 (%5) is already in the log: saved at another position "
-                               "or earlier here, so it was not saved again.")
-                    .arg(call, band, LogDate::toDisplay(date), gmt, mode) };
+    if (!call.trimmed().isEmpty()) {
+        // The day's contacts with the call (the date index finds them); the key decides, as the
+        // ADIF import's check does (time to the minute, mode without case).
+        PgQuery same(c,
+            "SELECT callsign, date, gmt, band, mode FROM logtab WHERE date = $1 AND upper(callsign) = $2",
+            { date.toUtf8(), call.toUpper().toUtf8() });
+        if (!same.ok())
+            return failed(same);
+        for (int row = 0; row < PQntuples(same.r); ++row) {
+            if (AdifImport::duplicateKey(same.text(row, 0), same.text(row, 1), same.text(row, 2),
+                    same.text(row, 3), same.text(row, 4))
+                == key) {
+                c.rollback();
+                return { DbErrorNumber::AlreadyLogged,
+                    QStringLiteral("%1 on %2 at %3 %4 (%5) is already in the log: saved at another position "
+                                   "or earlier here, so it was not saved again.")
+                        .arg(call, band, LogDate::toDisplay(date), gmt, mode) };
+            }
         }
     }
-    q.finish();
     QStringList columns;
     QStringList marks;
-    QVariantList values;
+    QList<QByteArray> values;
     for (const SavedField& f : fields) {
         columns << f.column;
-        marks << QStringLiteral("?");
-        // As the recordset stores it: an empty text is a text, never NULL.
-        values << (f.value.typeId() == QMetaType::QString && f.value.toString().isNull()
-                ? QVariant(QString(""))
-                : f.value);
+        marks << QStringLiteral("$%1").arg(marks.size() + 1);
+        values << serverText(f.value);
     }
-    if (!c.exec(QStringLiteral("INSERT INTO logtab (%1) VALUES (%2)")
-                    .arg(columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))),
-            values))
-        return failed();
-    const qint64 newId = c.lastInsertRowId();
+    const QByteArray insert = QStringLiteral("INSERT INTO logtab (%1) VALUES (%2) RETURNING id")
+                                  .arg(columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")))
+                                  .toUtf8();
+    PgQuery added(c, insert.constData(), values);
+    if (!added.ok())
+        return failed(added);
+    const qint64 newId = added.text(0, 0).toLongLong();
     if (!c.commit())
-        return failed();
+        return c.error();
     if (id)
         *id = newId;
     return {};

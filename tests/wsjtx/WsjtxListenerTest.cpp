@@ -2,8 +2,10 @@
 // Logged and Logged ADIF, possibly twice, possibly from two programs) is saved once with every
 // field as sent; Status is shown per sender while it is live.
 #include "wsjtx/WsjtxListener.h"
+#include "logbook/db/DbConnection.h"
 #include "tests/logbook/AdifJobs.h"
 #include "tests/wsjtx/WsjtxDatagram.h"
+#include "wsjtx/WsjtxRecord.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -99,6 +101,26 @@ TEST(WsjtxListener, AContactAlreadyInTheLogIsNotSavedAgain)
     l.send(WsjtxDatagram::loggedAdif(QStringLiteral("WSJT-X"), msk144Adif()));
     QTest::qWait(500);
     EXPECT_EQ(l.db.rows({ "ID" }).size(), 1);
+}
+
+// Two positions on a server log both logging what WSJT-X sent (one radio, two programs): the
+// second finds the contact the first saved after it read the log, and takes it as logged.
+TEST(WsjtxListener, AContactAnotherPositionSavedMeanwhileCountsAsLogged)
+{
+    EntryTestDb db;
+    if (!DbConnection::isServer(db.path()))
+        GTEST_SKIP() << "positions share a log on a server only";
+    WsjtxContactLog here(db.path(), db.locator(), LogClock::Base::Utc);
+    WsjtxContactLog there(db.path(), db.locator(), LogClock::Base::Utc);
+    const AdifRecord contact = WsjtxRecord::fromQso(msk144Contact());
+    AdifRecord earlier = contact;
+    earlier.fields.insert(QStringLiteral("CALL"), QStringLiteral("OH6XYZ"));
+    EXPECT_EQ(here.log(earlier).kind, WsjtxContactLog::Outcome::Saved); // here has read the log
+    EXPECT_EQ(there.log(contact).kind, WsjtxContactLog::Outcome::Saved);
+    const WsjtxContactLog::Outcome again = here.log(contact);
+    EXPECT_EQ(again.kind, WsjtxContactLog::Outcome::AlreadyLogged) << again.text.toStdString();
+    EXPECT_EQ(here.log(contact).kind, WsjtxContactLog::Outcome::AlreadyLogged);
+    EXPECT_EQ(db.rows({ "ID" }).size(), 2);
 }
 
 TEST(WsjtxListener, TwoSendersAreToldApartByTheirId)
