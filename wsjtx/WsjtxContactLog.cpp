@@ -90,7 +90,8 @@ WsjtxContactLog::Outcome WsjtxContactLog::log(const AdifRecord& record)
         if (!value.isEmpty() && columns_.contains(QString::fromLatin1(column).toLower()))
             fields.append({ QLatin1String(column), value });
     }
-    const DbError e = ContactSave::save(connection_, fields);
+    qint64 id = 0;
+    const DbError e = ContactSave::save(connection_, fields, &id);
     if (e.number == DbErrorNumber::AlreadyLogged) {
         known_.insert(key); // another position on the same radio logged it first
         out.kind = Outcome::AlreadyLogged;
@@ -103,6 +104,6 @@ WsjtxContactLog::Outcome WsjtxContactLog::log(const AdifRecord& record)
     }
     known_.insert(key);
     out.kind = Outcome::Saved;
-    out.saved = { c.callsign, c.date, c.band, c.mode, c.grid, c.qsl, c.dxcc };
+    out.saved = { c.callsign, c.date, c.band, c.mode, c.grid, c.qsl, c.dxcc, id };
     return out;
 }

@@ -45,8 +45,7 @@ int WorkedBefore::readRows(DbConnection& conn, const QString& where, DbError* er
     int rows = 0;
     for (; q.next(); ++rows)
         add({ q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
-                q.value(4).toString(), q.value(5).toString(), q.value(6).toString() },
-            q.value(7).toLongLong());
+            q.value(4).toString(), q.value(5).toString(), q.value(6).toString(), q.value(7).toLongLong() });
     q.finish();
     return rows;
 }
@@ -69,15 +68,15 @@ int WorkedBefore::addRows(const QString& connection, const QList<qint64>& ids, D
     return readRows(conn, QStringLiteral(" WHERE ID IN (%1)").arg(wanted.join(QLatin1Char(','))), error);
 }
 
-void WorkedBefore::add(const WorkedContact& c, qint64 id)
+void WorkedBefore::add(const WorkedContact& c)
 {
     const QString call = c.callsign.trimmed().toUpper();
     if (call.isEmpty())
         return;
-    if (id > 0) {
-        if (ids_.contains(id))
+    if (c.id > 0) {
+        if (ids_.contains(c.id))
             return;
-        ids_.insert(id);
+        ids_.insert(c.id);
     }
     byCall_[call].append(c);
     ++contacts_;

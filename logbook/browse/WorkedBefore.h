@@ -27,8 +27,7 @@ class WorkedBefore {
 public:
     // Reads logtab (call, date, time, band, mode, locator, QSL, entity) and dxccdata.
     bool load(const QString& connection, DbError* error = nullptr);
-    // A contact saved here; with its row ID the same row heard of later (addRows) is not added twice.
-    void add(const WorkedContact& contact, qint64 id = 0);
+    void add(const WorkedContact& contact);
     // Rows saved elsewhere (another position of a server log), read by their IDs; rows known
     // already are left out. How many rows were read; -1 with *error set when the read failed.
     int addRows(const QString& connection, const QList<qint64>& ids, DbError* error = nullptr);

@@ -11,5 +11,6 @@ struct WorkedContact {
     QString grid;
     QString qsl;
     QString entity; // DXCC entity name, "" when unknown
+    qint64 id = 0; // logtab's ID when known: the row heard of again (a server's notice) is not added twice
 };
 Q_DECLARE_METATYPE(WorkedContact)

@@ -7,6 +7,7 @@
 #include "logbook/db/DatabaseServer.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/entry/ContactSave.h"
+#include "tests/logbook/PositionContact.h"
 
 #include <QCoreApplication>
 
@@ -16,15 +17,7 @@
 namespace {
 DbError saveOne(const QString& connection, const QString& call, qint64* id)
 {
-    EntryLine l;
-    l.DA = QStringLiteral("2026-11-15");
-    l.GM = QStringLiteral("12:34");
-    l.Ca = call;
-    l.Ba = QStringLiteral("144");
-    l.mo = QStringLiteral("CW");
-    l.Rss = QStringLiteral("599");
-    l.Rr = QStringLiteral("579");
-    return ContactSave::save(connection, ContactSave::fields(l, MapPosition()), id);
+    return ContactSave::save(connection, ContactSave::fields(positionContact(call), MapPosition()), id);
 }
 
 void answer(const QString& text)

@@ -8,6 +8,7 @@
 #include "logbook/db/DatabaseServer.h"
 #include "logbook/db/LogChanges.h"
 #include "logbook/entry/ContactSave.h"
+#include "tests/logbook/PositionContact.h"
 #include "tests/support/PgServer.h"
 #include "tests/support/PgSession.h"
 #include "tests/support/TempDir.h"
@@ -57,17 +58,6 @@ public:
 private:
     QProcess process_;
 };
-
-EntryLine line(const QString& call)
-{
-    EntryLine l;
-    l.DA = QStringLiteral("2026-11-15");
-    l.GM = QStringLiteral("12:34");
-    l.Ca = call;
-    l.Ba = QStringLiteral("144");
-    l.mo = QStringLiteral("CW");
-    return l;
-}
 
 QVariant valueOn(const QString& connection, const QString& sql)
 {
@@ -151,7 +141,8 @@ TEST_F(LogConcurrency, DupeTypedAtTwoPositionsAtOnceIsSavedOnce)
 
 TEST_F(LogConcurrency, KeyIsCallWithoutCaseDateMinuteBandAndMode)
 {
-    ASSERT_FALSE(ContactSave::save(uri, ContactSave::fields(line("OH6ABC"), MapPosition())).isError());
+    ASSERT_FALSE(
+        ContactSave::save(uri, ContactSave::fields(positionContact("OH6ABC"), MapPosition())).isError());
     struct Case {
         const char* what;
         const char* call;
@@ -169,7 +160,7 @@ TEST_F(LogConcurrency, KeyIsCallWithoutCaseDateMinuteBandAndMode)
         { "another call", "OH6AB", "12:34", "144", "CW", true },
     };
     for (const Case& c : cases) {
-        EntryLine l = line(QLatin1String(c.call));
+        EntryLine l = positionContact(QLatin1String(c.call));
         l.GM = QLatin1String(c.gmt);
         l.Ba = QLatin1String(c.band);
         l.mo = QLatin1String(c.mode);
@@ -185,7 +176,8 @@ TEST(LogChangesFile, OnAFileTheSaveStaysWithoutCheckAndNothingIsHeard)
     const QString file = tmp.file("backup.db");
     ASSERT_TRUE(DatabaseFile::create(file));
     for (int i = 0; i < 2; ++i)
-        EXPECT_FALSE(ContactSave::save(file, ContactSave::fields(line("OH6ABC"), MapPosition())).isError());
+        EXPECT_FALSE(
+            ContactSave::save(file, ContactSave::fields(positionContact("OH6ABC"), MapPosition())).isError());
     LogChanges changes;
     changes.watch(file);
     QTest::qWait(100);
@@ -199,7 +191,8 @@ TEST_F(LogConcurrency, EveryChangeIsHeardWithItsOpAndRow)
     changes.watch(uri);
     ASSERT_TRUE(listening(changes));
     qint64 id = 0;
-    ASSERT_FALSE(ContactSave::save(uri, ContactSave::fields(line("OH6ABC"), MapPosition()), &id).isError());
+    ASSERT_FALSE(
+        ContactSave::save(uri, ContactSave::fields(positionContact("OH6ABC"), MapPosition()), &id).isError());
     PgSession db(uri);
     ASSERT_TRUE(db.exec(QStringLiteral("UPDATE logtab SET qsl = 'Y' WHERE id = %1").arg(id)));
     ASSERT_TRUE(db.exec(QStringLiteral("DELETE FROM logtab WHERE id = %1").arg(id)));
@@ -319,7 +312,8 @@ TEST(LogChangesRestart, AfterAServerRestartItListensAgainAndAsksForResync)
     EXPECT_EQ(resync.size(), 1);
     // The first save after the restart goes through (no stale kept connection) and is heard.
     qint64 id = 0;
-    ASSERT_FALSE(ContactSave::save(uri, ContactSave::fields(line("OH6ABC"), MapPosition()), &id).isError());
+    ASSERT_FALSE(
+        ContactSave::save(uri, ContactSave::fields(positionContact("OH6ABC"), MapPosition()), &id).isError());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !heard.isEmpty(); }, 2000));
     EXPECT_EQ(heard.last(), QVariantList({ "INSERT", id }));
 }

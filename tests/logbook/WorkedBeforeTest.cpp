@@ -97,7 +97,7 @@ TEST(WorkedBefore, RowsSavedElsewhereAreAddedByTheirIds)
     for (const Row& r : l.db.rows({ "ID" }))
         ids << r.value("ID").toLongLong();
     ASSERT_EQ(ids.size(), 7);
-    l.worked.add({ "G4ABC", "2026-11-15", "144", "CW", "IO91", "", "" }, ids[6]); // saved here
+    l.worked.add({ "G4ABC", "2026-11-15", "144", "CW", "IO91", "", "", ids[6] }); // saved here
     DbError error;
     const struct {
         QList<qint64> ids;

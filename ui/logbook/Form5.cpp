@@ -339,7 +339,7 @@ void Form5::Save_Click()
             e.number == DbErrorNumber::AlreadyLogged ? e.description : ContactSave::NoNewRecordset);
         return;
     }
-    worked_->add({ l.Ca, LogDate::toStored(l.DA), l.Ba, l.mo, l.Gr, l.Qs, l.cou }, id);
+    worked_->add({ l.Ca, LogDate::toStored(l.DA), l.Ba, l.mo, l.Gr, l.Qs, l.cou, id });
     clearEntryLine();
     runCounts({ int(LogCount::Kind::SQNr) }, [this] { loadLogList(QStringLiteral("Save_Click")); });
 }
