@@ -323,9 +323,13 @@ PendingFlush PendingContacts::flush(const QString& connection)
         if (p.connection != connection)
             continue;
         DbError e;
-        const bool there = inLog(connection, p.fields, &e);
+        bool there = inLog(connection, p.fields, &e);
         if (!e && !there)
             e = ContactSave::save(connection, p.fields);
+        if (e.number == DbErrorNumber::AlreadyLogged) { // saved at another position meanwhile
+            e = DbError();
+            there = true;
+        }
         if (e) {
             out.error = e;
             if (e.number == DbErrorNumber::ServerGone)

@@ -340,6 +340,23 @@ TEST_F(PendingServerTest, AContactAlreadyInTheLogIsNotSavedTwice)
     EXPECT_EQ(journal.entries()[0].connection, "another.db");
 }
 
+// Another position saved the same contact, typed a little differently, while this one waited:
+// the save's key check refuses it, and the flush counts it as in the log rather than failing.
+TEST_F(PendingServerTest, AContactAnotherPositionSavedMeanwhileLeavesTheJournal)
+{
+    PendingContacts journal(tmp.file("pending-contacts.jsonl"));
+    ASSERT_FALSE(ContactSave::save(uri, contactFields(5))); // GMT "1205"
+    QList<SavedField> typedHere = contactFields(5);
+    typedHere[1].value = QStringLiteral("12:05");
+    journal.append(uri, typedHere);
+    const PendingFlush r = journal.flush(uri);
+    EXPECT_FALSE(r.error) << r.error.text().toStdString();
+    EXPECT_EQ(r.saved.size(), 1);
+    EXPECT_EQ(r.alreadyInLog, 1);
+    EXPECT_EQ(r.left, 0);
+    EXPECT_EQ(rows("SELECT count(*) FROM logtab"), 1);
+}
+
 TEST_F(PendingServerTest, AFlushWhileTheServerIsAwayKeepsEverything)
 {
     PendingContacts journal(tmp.file("pending-contacts.jsonl"));
