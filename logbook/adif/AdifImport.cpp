@@ -1,10 +1,9 @@
 #include "logbook/adif/AdifImport.h"
 
 #include "logbook/adif/AdifContact.h"
-#include "logbook/adif/AdifMapping.h"
+#include "logbook/adif/AdifMapper.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/ServerCopyIn.h"
-#include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
 
 #include <QElapsedTimer>
@@ -30,16 +29,6 @@ AdifImport::~AdifImport()
     commitPending(); // what was read before the import was dropped stays
 }
 
-qint64 AdifImport::done() const
-{
-    return reader_ ? reader_->position() : 0;
-}
-
-qint64 AdifImport::total() const
-{
-    return reader_ ? reader_->size() : 0;
-}
-
 QString AdifImport::duplicateKey(const QString& callsign, const QString& date, const QString& time,
     const QString& band, const QString& mode)
 {
@@ -51,6 +40,7 @@ QString AdifImport::duplicateKey(const QString& callsign, const QString& date, c
 AdifImport::State AdifImport::fail(const DbError& e)
 {
     error_ = e.isError() ? e : DbError { 1, QStringLiteral("unknown error") };
+    mapper_.reset();
     // The records of the open transaction are not stored: they do not count as imported.
     sqlite3_finalize(insert_);
     insert_ = nullptr;
@@ -98,10 +88,15 @@ AdifImport::State AdifImport::start(const QString& path)
 AdifImport::State AdifImport::startData(QByteArray data, const QString& name)
 {
     name_ = name;
-    reader_ = std::make_unique<AdifReader>(std::move(data));
+    auto reader = std::make_unique<AdifReader>(std::move(data));
+    done_ = reader->position();
+    total_ = reader->size();
     if (!prepareTable())
         return state_;
-    dxccLoaded_ = dxcc_.load(connection_); // without a prefix list the entity stays empty
+    std::optional<DxccIndex> dxcc(std::in_place);
+    if (!dxcc->load(connection_))
+        dxcc.reset(); // without a prefix list the entity stays empty
+    mapper_ = std::make_unique<AdifMapper>(std::move(reader), std::move(dxcc), locate_, clock_);
     return state_ = State::Running;
 }
 
@@ -141,37 +136,6 @@ bool AdifImport::prepareTable()
             known_.insert(duplicateKey(q.value(0).toString(), q.value(1).toString(), q.value(2).toString(),
                 q.value(3).toString(), q.value(4).toString()));
     }
-    return true;
-}
-
-void AdifImport::refuse(const AdifRecord& record, const QString& reason)
-{
-    refusals_.append({ record.line, record.value(QStringLiteral("CALL")).trimmed().toUpper(), reason });
-}
-
-bool AdifImport::complete(AdifContact& c)
-{
-    if (dxccLoaded_)
-        AdifMapping::setEntity(c, dxcc_.find(c.callsign));
-    MapPosition p;
-    if (c.grid.isEmpty() || !locate_ || !locate_(c.grid, p))
-        return true;
-    c.qrb = ContactSave::storedNumber(p.distanceKm);
-    c.qtf = ContactSave::storedNumber(p.bearing);
-    c.geGridXY = p.coordText;
-    SummaryValues v;
-    v.callsign = c.callsign;
-    v.band = c.band;
-    v.date = c.date;
-    v.time = c.gmt;
-    v.rsts = c.rsts;
-    v.rstr = c.rstr;
-    v.distanceKm = p.distanceKm;
-    v.bearing = p.bearing;
-    v.qsl = c.qsl;
-    v.prop = c.prop;
-    v.comment = c.comment;
-    c.geData = ContactSummary::text(v);
     return true;
 }
 
@@ -287,34 +251,32 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
             != SQLITE_OK)
             return fail(statementError());
     }
-    AdifRecord record;
-    AdifContact contact;
     bool more = true;
-    QStringList notes;
-    for (int i = 1; (i % 64 != 0 || clock.nsecsElapsed() < budgetNs) && (more = reader_->next(record)); ++i) {
-        QString reason;
-        notes = record.notes;
-        if (!AdifMapping::toContact(record, contact, &reason, &notes, clock_)) {
-            refuse(record, reason);
+    for (int i = 1; (i % 64 != 0 || clock.nsecsElapsed() < budgetNs); ++i) {
+        const AdifMapped* m = mapper_->next();
+        if (!(more = m != nullptr))
+            break;
+        done_ = m->end;
+        if (m->refused) {
+            refusals_.append({ m->line, m->callsign, m->reason });
             continue;
         }
-        const QString key
-            = duplicateKey(contact.callsign, contact.date, contact.gmt, contact.band, contact.mode);
-        if (known_.contains(key)) {
-            refuse(record, QStringLiteral("the contact is already in the log"));
+        if (known_.contains(m->key)) {
+            refusals_.append({ m->line, m->callsign, QStringLiteral("the contact is already in the log") });
             continue;
         }
-        complete(contact);
-        if (!insert(contact))
+        if (!insert(m->contact))
             return fail(error_);
-        known_.insert(key);
+        known_.insert(m->key);
         ++pending_;
-        for (const QString& note : std::as_const(notes))
-            kept_.append({ record.line, contact.callsign, note });
+        for (const QString& note : m->notes)
+            kept_.append({ m->line, m->callsign, note });
     }
     if ((!more || pending_ >= CommitEvery) && !commitPending())
         return fail(error_);
     if (!more) {
+        mapper_.reset();
+        done_ = total_;
         conn_.reset();
         state_ = State::Done;
     }
@@ -329,6 +291,7 @@ void AdifImport::cancel()
         fail(error_);
         return;
     }
+    mapper_.reset();
     conn_.reset();
     state_ = State::Cancelled;
 }

@@ -193,6 +193,86 @@ TEST(AdifImportFile, AnOldLogWithoutMapColumnsAndAMissingFile)
     EXPECT_TRUE(missing.error().description.startsWith("The ADIF file cannot be read"));
 }
 
+// The records are mapped ahead on a thread of their own; the duplicate check and the inserts
+// must still go in file order, slice after slice, and a cancel keeps exactly the records taken.
+TEST(AdifImportFile, SlicesAndACancelKeepFileOrder)
+{
+    // 700 records, one a line from line 3: every 10th repeats the one before (refused), every
+    // 97th has no CALL (refused), every 50th a grid that is no locator (kept as text).
+    QByteArray file = "Test file\n<EOH>\n";
+    QStringList stored;
+    QStringList listed;
+    QStringList kept;
+    for (int i = 0; i < 700; ++i) {
+        const QByteArray call = "DL" + QByteArray::number(i % 10 == 9 ? i - 1 : i) + "X";
+        const QByteArray grid = i % 50 == 7 ? "SO62" : "JO62QM";
+        const int line = i + 3;
+        if (i % 97 == 96) {
+            file += "<QSO_DATE:8>20261115 <EOR>\n";
+            listed << QStringLiteral("line %1 (no call): no CALL").arg(line);
+            continue;
+        }
+        file += "<CALL:" + QByteArray::number(call.size()) + '>' + call
+            + " <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:"
+            + QByteArray::number(grid.size()) + '>' + grid + " <EOR>\n";
+        if (i % 10 == 9 && (i - 1) % 97 != 96) {
+            listed << QStringLiteral("line %1 (%2): the contact is already in the log").arg(line).arg(call);
+            continue;
+        }
+        stored << QString::fromLatin1(call);
+        if (grid == "SO62")
+            kept << QStringLiteral("line %1 (%2): GRIDSQUARE \"SO62\" is not a locator, kept as text")
+                        .arg(line)
+                        .arg(call);
+    }
+
+    EntryTestDb db;
+    AdifImport import(db.path(), db.locator());
+    int slices = 0;
+    for (auto s = import.startData(file, "test.adi"); s == AdifImport::State::Running; ++slices)
+        s = import.step(0); // a few dozen records a slice
+    ASSERT_EQ(import.state(), AdifImport::State::Done) << import.error().text().toStdString();
+    EXPECT_GT(slices, 5);
+    EXPECT_EQ(import.done(), import.total());
+    EXPECT_EQ(import.imported(), stored.size());
+    EXPECT_EQ(import.refusalList(), (listed + kept).join('\n'));
+    QStringList calls;
+    for (const Row& r : db.rows({ "Callsign" }))
+        calls << r["Callsign"].toString();
+    EXPECT_EQ(calls, stored);
+
+    struct Case {
+        const char* name;
+        bool cancel;
+    };
+    for (const Case& c :
+        { Case { "cancelled after one slice", true }, Case { "dropped after one slice", false } }) {
+        SCOPED_TRACE(c.name);
+        EntryTestDb to;
+        int imported = -1;
+        {
+            AdifImport part(to.path(), to.locator());
+            ASSERT_EQ(part.startData(file, "test.adi"), AdifImport::State::Running);
+            ASSERT_EQ(part.step(0), AdifImport::State::Running);
+            EXPECT_LT(part.done(), part.total());
+            if (c.cancel) {
+                part.cancel();
+                EXPECT_EQ(part.state(), AdifImport::State::Cancelled);
+                EXPECT_TRUE(part.report().contains("(the import was stopped before the end of the file)"));
+                imported = part.imported();
+            }
+        } // dropped: the destructor stores what was taken
+        const QList<Row> rows = to.rows({ "Callsign" });
+        ASSERT_GT(rows.size(), 0);
+        ASSERT_LT(rows.size(), stored.size());
+        if (c.cancel) {
+            EXPECT_EQ(rows.size(), imported);
+        }
+        for (qsizetype i = 0; i < rows.size(); ++i)
+            EXPECT_EQ(rows[i]["Callsign"].toString(), stored[i]);
+    }
+}
+
 TEST(AdifRoundTrip, ThousandContactsKeepEveryMappedField)
 {
     EntryTestDb from;
