@@ -24,8 +24,11 @@ void AdifMapper::complete(AdifContact& c)
     MapPosition p;
     if (c.grid.isEmpty() || !locate_ || !locate_(c.grid, p))
         return;
-    c.qrb = ContactSave::storedNumber(p.distanceKm);
-    c.qtf = ContactSave::storedNumber(p.bearing);
+    // Each number's text made once: it gives the stored value and goes into GEdata.
+    const QString km = ContactSummary::numberText(p.distanceKm);
+    const QString degrees = ContactSummary::numberText(p.bearing);
+    c.qrb = ContactSave::storedNumber(p.distanceKm, km);
+    c.qtf = ContactSave::storedNumber(p.bearing, degrees);
     c.geGridXY = p.coordText;
     SummaryValues v;
     v.callsign = c.callsign;
@@ -34,12 +37,10 @@ void AdifMapper::complete(AdifContact& c)
     v.time = c.gmt;
     v.rsts = c.rsts;
     v.rstr = c.rstr;
-    v.distanceKm = p.distanceKm;
-    v.bearing = p.bearing;
     v.qsl = c.qsl;
     v.prop = c.prop;
     v.comment = c.comment;
-    c.geData = ContactSummary::text(v);
+    c.geData = ContactSummary::text(v, km, degrees);
 }
 
 void AdifMapper::map(const AdifRecord& record, AdifMapped& out)
