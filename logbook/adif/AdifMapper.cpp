@@ -11,7 +11,8 @@ AdifMapper::AdifMapper(std::unique_ptr<AdifReader> reader, std::optional<DxccInd
     , dxcc_(std::move(dxcc))
     , locate_(std::move(locate))
     , clock_(clock)
-    , thread_([this](std::stop_token stop) { run(stop); })
+    , reading_([this](std::stop_token stop) { read(stop); })
+    , completing_([this](std::stop_token stop) { completeAll(stop); })
 {
 }
 
@@ -55,45 +56,52 @@ void AdifMapper::map(const AdifRecord& record, AdifMapped& out)
     out.callsign = out.contact.callsign;
     const AdifContact& c = out.contact;
     out.key = AdifImport::duplicateKey(c.callsign, c.date, c.gmt, c.band, c.mode);
-    // A contact the log already has is completed too: only the importer's thread knows the log.
-    complete(out.contact);
 }
 
-void AdifMapper::run(std::stop_token stop)
+void AdifMapper::read(std::stop_token stop)
 {
     AdifRecord record;
-    bool more = true;
-    while (more && !stop.stop_requested()) {
+    for (bool more = true; more;) {
         std::vector<AdifMapped> batch;
         batch.reserve(kBatch);
-        while (batch.size() < kBatch && !stop.stop_requested() && (more = reader_->next(record))) {
+        while (batch.size() < kBatch && (more = reader_->next(record))) {
             map(record, batch.emplace_back());
             batch.back().end = reader_->position();
         }
-        std::unique_lock lock(mutex_);
-        if (!changed_.wait(lock, stop, [this] { return ready_.size() < kQueued; }))
-            return; // stopped
-        ready_.push_back(std::move(batch));
-        finished_ = !more;
-        changed_.notify_all();
+        if (!mapped_.push(std::move(batch), !more, stop))
+            return;
     }
+    reader_.reset(); // the file's bytes
+}
+
+void AdifMapper::completeAll(std::stop_token stop)
+{
+    std::vector<AdifMapped> batch;
+    while (mapped_.pop(batch, stop)) {
+        // A contact the log already has is completed too: only the importer's thread knows the log.
+        for (AdifMapped& m : batch) {
+            if (!m.refused)
+                complete(m.contact);
+        }
+        if (!completed_.push(std::move(batch), false, stop))
+            return;
+        batch.clear();
+    }
+    if (stop.stop_requested())
+        return;
+    completed_.push({}, true, stop);
     // The caches of a large import take a while to free: here, not on the importer's thread.
     dxcc_.reset();
     locate_ = nullptr;
-    reader_.reset();
 }
 
 const AdifMapped* AdifMapper::next()
 {
     while (taken_ >= current_.size()) {
-        std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return !ready_.empty() || finished_; });
-        if (ready_.empty())
+        current_.clear();
+        if (!completed_.pop(current_))
             return nullptr;
-        current_ = std::move(ready_.front());
-        ready_.pop_front();
         taken_ = 0;
-        changed_.notify_all();
     }
     return &current_[taken_++];
 }

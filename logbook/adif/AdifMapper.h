@@ -1,19 +1,17 @@
 #pragma once
-// The reading half of the ADIF import, on a thread of its own: records read, mapped onto the
-// log's columns and completed (DXCC entity, locator texts, GEdata) in file order, handed to the
-// importer one by one, while the importer checks for duplicates and stores on its thread. The
-// reader, the DXCC index and the locator procedure are used by this thread alone until the
-// mapper is destroyed, which stops and joins it.
+// The reading half of the ADIF import, on two threads of its own: one reads the records and
+// maps them onto the log's columns, the next completes the contacts (DXCC entity, locator
+// texts, GEdata); the importer takes them one by one in file order and checks for duplicates
+// and stores on its thread. The reader belongs to the first thread, the DXCC index and the
+// locator procedure to the second, until the mapper is destroyed, which stops and joins both.
 #include "logbook/adif/AdifContact.h"
 #include "logbook/adif/AdifReader.h"
+#include "logbook/adif/BatchQueue.h"
 #include "logbook/browse/DxccIndex.h"
 #include "logbook/entry/LogClock.h"
 #include "logbook/entry/MapPosition.h"
 
-#include <condition_variable>
-#include <deque>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -49,8 +47,9 @@ private:
     static constexpr std::size_t kBatch = 128;
     static constexpr std::size_t kQueued = 8;
 
-    void run(std::stop_token stop);
+    void read(std::stop_token stop);
     void map(const AdifRecord& record, AdifMapped& out);
+    void completeAll(std::stop_token stop);
     void complete(AdifContact& contact);
 
     std::unique_ptr<AdifReader> reader_;
@@ -58,13 +57,12 @@ private:
     LocatorProcedure locate_;
     LogClock::Base clock_;
 
-    std::mutex mutex_;
-    std::condition_variable_any changed_;
-    std::deque<std::vector<AdifMapped>> ready_; // batches mapped and not yet taken
-    bool finished_ = false; // the last batch is in ready_
-
+    BatchQueue<AdifMapped> mapped_ { kQueued };
+    BatchQueue<AdifMapped> completed_ { kQueued };
     std::vector<AdifMapped> current_; // the batch being taken (importer's thread)
     std::size_t taken_ = 0;
 
-    std::jthread thread_; // last: stopped and joined before the members it uses go
+    // Last: stopped and joined before the members they use go.
+    std::jthread reading_;
+    std::jthread completing_;
 };
