@@ -18,6 +18,37 @@ QVariantList AdifContact::values() const
         adifExtra.isEmpty() ? QVariant() : QVariant(adifExtra) };
 }
 
+AdifContact::Cell AdifContact::cell(int column) const
+{
+    auto text = [](const QString& t) { return t.isNull() ? Cell() : Cell { Cell::Kind::Text, &t }; };
+    auto integer = [](const QString& z) {
+        return z.isEmpty() ? Cell() : Cell { Cell::Kind::Integer, nullptr, z.toInt() };
+    };
+    auto number = [](const QVariant& v) {
+        return v.isValid() ? Cell { Cell::Kind::Number, nullptr, 0, v.toDouble() } : Cell();
+    };
+    const QString* const texts[]
+        = { &date, &gmt, &callsign, &grid, &rsts, &rstr, &band, &mode, &nam, &comment, &qsl, &prop, &dxcc,
+              nullptr, nullptr, &qslman, &freq, &txPwr, &antenna, &myCall, &myGrid, &contest, &nrSent,
+              &nrRcvd, &qslSent, &qslRcvd, &cont, nullptr, nullptr, &remarks, &geData, &geGridXY };
+    switch (column) {
+    case 13:
+        return number(qrb);
+    case 14:
+        return number(qtf);
+    case 27:
+        return integer(cqZone);
+    case 28:
+        return integer(ituZone);
+    case 32:
+        return integer(dxccNr);
+    case 33:
+        return adifExtra.isEmpty() ? Cell() : text(adifExtra);
+    default:
+        return column >= 0 && column < int(std::size(texts)) ? text(*texts[column]) : Cell();
+    }
+}
+
 void AdifContact::setValue(int column, const QVariant& v)
 {
     QString* texts[] = { &date, &gmt, &callsign, &grid, &rsts, &rstr, &band, &mode, &nam, &comment, &qsl,

@@ -149,8 +149,8 @@ DbError AdifImport::statementError() const
 bool AdifImport::insert(const AdifContact& contact)
 {
     // Bound as the Qt driver would bind these values: a null text is NULL, an empty one ''.
-    const QVariantList values = contact.values();
     if (conn_->onServer()) {
+        const QVariantList values = contact.values();
         // A round trip per record would take minutes for a large file: the transaction's records
         // go to the server in one COPY, ended before its COMMIT (commitPending).
         if (!serverCopy_)
@@ -169,44 +169,34 @@ bool AdifImport::insert(const AdifContact& contact)
     }
     texts_.resize(std::size_t(columnIndex_.size()));
     for (int k = 0; k < columnIndex_.size(); ++k) {
-        const QVariant& v = values[columnIndex_[k]];
+        const AdifContact::Cell cell = contact.cell(columnIndex_[k]);
         const int at = k + 1;
         int rc = SQLITE_OK;
-        switch (v.typeId()) {
-        case QMetaType::UnknownType:
+        switch (cell.kind) {
+        case AdifContact::Cell::Kind::Null:
             rc = sqlite3_bind_null(insert_, at);
             break;
-        case QMetaType::Int:
-            rc = sqlite3_bind_int(insert_, at, v.toInt());
+        case AdifContact::Cell::Kind::Integer:
+            rc = sqlite3_bind_int(insert_, at, cell.integer);
             break;
-        case QMetaType::Double:
-            rc = sqlite3_bind_double(insert_, at, v.toDouble());
+        case AdifContact::Cell::Kind::Number:
+            rc = sqlite3_bind_double(insert_, at, cell.number);
             break;
-        case QMetaType::QString: {
-            const auto* text = static_cast<const QString*>(v.constData());
-            if (text->isNull()) {
-                rc = sqlite3_bind_null(insert_, at);
-                break;
-            }
+        case AdifContact::Cell::Kind::Text: {
             // ASCII goes in as UTF-8, the log's encoding, so SQLite neither copies nor converts
             // it; other text as UTF-16 as before. The buffers live until the next record.
+            const QString& text = *cell.text;
             std::string& bytes = texts_[std::size_t(k)];
-            bytes.clear();
+            bytes.resize(std::size_t(text.size()));
+            const QChar* from = text.constData();
             bool ascii = true;
-            for (const QChar ch : *text) {
-                ascii = ch.unicode() < 0x80;
-                if (!ascii)
-                    break;
-                bytes += char(ch.unicode());
+            for (qsizetype i = 0; ascii && i < text.size(); ++i) {
+                ascii = from[i].unicode() < 0x80;
+                bytes[std::size_t(i)] = char(from[i].unicode());
             }
-            rc = ascii
-                ? sqlite3_bind_text(insert_, at, bytes.data(), int(bytes.size()), SQLITE_STATIC)
-                : sqlite3_bind_text16(insert_, at, text->constData(), int(text->size() * 2), SQLITE_STATIC);
+            rc = ascii ? sqlite3_bind_text(insert_, at, bytes.data(), int(bytes.size()), SQLITE_STATIC)
+                       : sqlite3_bind_text16(insert_, at, from, int(text.size() * 2), SQLITE_STATIC);
             break;
-        }
-        default: {
-            const QString text = v.toString();
-            rc = sqlite3_bind_text16(insert_, at, text.constData(), int(text.size() * 2), SQLITE_TRANSIENT);
         }
         }
         if (rc != SQLITE_OK) {
