@@ -45,6 +45,27 @@ TEST(AdifRead, HeaderFieldsTypesCaseAndBytes)
     EXPECT_EQ(readAll("<CALL:6>DL1ABC ")[0].error, "the record is not ended by <EOR>");
 }
 
+TEST(AdifRead, LengthsInEveryWritingAndTheDamagedOnes)
+{
+    const struct {
+        const char* length;
+        const char* error;
+    } cases[] = { { "6", "" }, { "006", "" }, { " 6 ", "" }, { "+6", "" }, { "6:S", "" },
+        { "-6", "the tag <CALL:-6> is not of the form <NAME:length>" },
+        { "6x", "the tag <CALL:6x> is not of the form <NAME:length>" },
+        { "0x6", "the tag <CALL:0x6> is not of the form <NAME:length>" },
+        { "99999999999999999999", "the tag <CALL:99999999999999999999> is not of the form <NAME:length>" },
+        { "999999999999999999", "the value of CALL runs past the end of the file" } };
+    for (const auto& c : cases) {
+        const QList<AdifRecord> records = readAll("<CALL:" + QByteArray(c.length) + ">DL1ABC <EOR>");
+        ASSERT_EQ(records.size(), 1) << c.length;
+        EXPECT_EQ(records[0].error.toStdString(), c.error) << c.length;
+        if (*c.error == 0) {
+            EXPECT_EQ(records[0].value("CALL"), "DL1ABC") << c.length;
+        }
+    }
+}
+
 TEST(AdifMap, QslPropagationModesAndBandsInAdifTerms)
 {
     const QList<std::tuple<QString, QString, QString>> qsl
