@@ -66,6 +66,16 @@ TEST(AdifRead, LengthsInEveryWritingAndTheDamagedOnes)
     }
 }
 
+TEST(AdifMap, ExtraFieldsAreAdifTextSortedByNameWithLengthsInBytes)
+{
+    using Fields = QList<QPair<QString, QString>>;
+    EXPECT_EQ(AdifMapping::extraText(Fields { { "STATE", "NY" }, { "IOTA", "EU-005" }, { "SOTA_REF", "" } }),
+        "<IOTA:6>EU-005 <STATE:2>NY");
+    EXPECT_EQ(AdifMapping::extraText(Fields { { "STATE", "NY" }, { "QTH", QString::fromUtf8("Zürich") } }),
+        QString::fromUtf8("<QTH:7>Zürich <STATE:2>NY"));
+    EXPECT_TRUE(AdifMapping::extraText(Fields { { "STATE", "" } }).isEmpty());
+}
+
 TEST(AdifMap, QslPropagationModesAndBandsInAdifTerms)
 {
     const QList<std::tuple<QString, QString, QString>> qsl
