@@ -2,7 +2,11 @@
 
 #include "core/Station.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -11,23 +15,70 @@ bool isDigit(QChar c) { return inRange(c, u'0', u'9'); }
 bool isField(QChar c) { return inRange(c, u'A', u'R'); }
 bool isSub(QChar c) { return inRange(c, u'A', u'x'); }
 
-QString number15(double v)
+// QString::number(v, 'f', decimals) into `out` without the locale machinery (the bulk import
+// writes two a contact); its end. to_chars gives the exact digits but rounds an exact half to
+// even, Qt away from zero: such a value (its last binary digit stands at 10^-(decimals+1)) is
+// written one digit longer, exactly, and rounded here.
+char* fixedText(double v, int decimals, char* out, char* outEnd)
 {
-    // 15 significant digits in fixed notation, trailing zeros removed.
-    if (v == 0.0 || !std::isfinite(v))
-        return QStringLiteral("0");
+    int exponent = 0;
+    std::uint64_t mantissa = std::uint64_t(std::ldexp(std::fabs(std::frexp(v, &exponent)), 53));
+    exponent -= 53;
+    for (; mantissa != 0 && mantissa % 2 == 0; mantissa /= 2)
+        ++exponent;
+    const bool half = exponent == -(decimals + 1);
+    char* end = std::to_chars(out, outEnd, v, std::chars_format::fixed, decimals + (half ? 1 : 0)).ptr;
+    if (!half)
+        return end;
+    --end; // the final 5
+    if (decimals == 0)
+        --end; // and the point before it
+    char* at = end;
+    while (at > out && (at[-1] == '9' || at[-1] == '.')) {
+        --at;
+        if (*at == '9')
+            *at = '0';
+    }
+    if (at > out && at[-1] >= '0' && at[-1] <= '8') {
+        ++at[-1];
+        return end;
+    }
+    // 9.5 -> 10: a new first digit after the sign.
+    std::memmove(at + 1, at, std::size_t(end - at));
+    *at = '1';
+    return end + 1;
+}
+
+// The longest text number15 writes: 309 digits of the largest double and its sign.
+constexpr int kMaxNumber15 = 320;
+
+// 15 significant digits in fixed notation, trailing zeros removed, written at `out`; its end.
+char* number15(double v, char* out)
+{
+    if (v == 0.0 || !std::isfinite(v)) {
+        *out = '0';
+        return out + 1;
+    }
     const int magnitude = static_cast<int>(std::floor(std::log10(std::fabs(v))));
     const int decimals = std::max(0, 14 - magnitude);
-    QString s = QString::number(v, 'f', decimals);
-    if (s.contains(u'.')) {
-        while (s.endsWith(u'0'))
-            s.chop(1);
-        if (s.endsWith(u'.'))
-            s.chop(1);
+    char* end = out;
+    if (magnitude <= 15 && decimals <= 40) {
+        end = fixedText(v, decimals, out, out + 64);
+    } else {
+        const QByteArray text = QString::number(v, 'f', decimals).toLatin1().left(kMaxNumber15);
+        end = std::copy(text.cbegin(), text.cend(), out);
     }
-    if (s == QLatin1String("-0"))
-        s = QStringLiteral("0");
-    return s;
+    if (std::find(out, end, '.') != end) {
+        while (end[-1] == '0')
+            --end;
+        if (end[-1] == '.')
+            --end;
+    }
+    if (end - out == 2 && out[0] == '-' && out[1] == '0') {
+        *out = '0';
+        end = out + 1;
+    }
+    return end;
 }
 
 } // namespace
@@ -108,5 +159,10 @@ GeoPoint LocatorToDegrees(const QString& locator)
 
 QString CoordText(const GeoPoint& p)
 {
-    return number15(p.lon) + u',' + number15(p.lat);
+    // Written into one buffer and made a QString once: the import writes one a contact.
+    char text[2 * kMaxNumber15 + 1];
+    char* end = number15(p.lon, text);
+    *end++ = ',';
+    end = number15(p.lat, end);
+    return QString::fromLatin1(text, end - text);
 }

@@ -45,9 +45,20 @@ struct AdifContact {
     QString dxccNr;
     QString adifExtra;
 
+    // One column's value as values() gives it, by its position in columns(), without a QVariant
+    // (the import binds 34 of them a record into SQLite): NULL, a text, an integer (CQZone,
+    // ITUZone, DxccNr) or a number (QRB, QTF); an empty AdifExtra is NULL.
+    struct Cell {
+        enum class Kind { Null, Text, Integer, Number } kind = Kind::Null;
+        const QString* text = nullptr; // lives as long as the contact
+        int integer = 0;
+        double number = 0;
+    };
+
     // The column names, in the order of values().
     static const QStringList& columns();
     QVariantList values() const;
+    Cell cell(int column) const;
     // Fills the contact from values in the order of columns().
     void setValue(int column, const QVariant& value);
 };

@@ -1,10 +1,9 @@
 #include "logbook/adif/AdifImport.h"
 
 #include "logbook/adif/AdifContact.h"
-#include "logbook/adif/AdifMapping.h"
+#include "logbook/adif/AdifMapper.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/ServerCopyIn.h"
-#include "logbook/entry/ContactSave.h"
 #include "logbook/entry/ContactSummary.h"
 
 #include <QElapsedTimer>
@@ -30,16 +29,6 @@ AdifImport::~AdifImport()
     commitPending(); // what was read before the import was dropped stays
 }
 
-qint64 AdifImport::done() const
-{
-    return reader_ ? reader_->position() : 0;
-}
-
-qint64 AdifImport::total() const
-{
-    return reader_ ? reader_->size() : 0;
-}
-
 QString AdifImport::duplicateKey(const QString& callsign, const QString& date, const QString& time,
     const QString& band, const QString& mode)
 {
@@ -51,6 +40,7 @@ QString AdifImport::duplicateKey(const QString& callsign, const QString& date, c
 AdifImport::State AdifImport::fail(const DbError& e)
 {
     error_ = e.isError() ? e : DbError { 1, QStringLiteral("unknown error") };
+    mapper_.reset();
     // The records of the open transaction are not stored: they do not count as imported.
     sqlite3_finalize(insert_);
     insert_ = nullptr;
@@ -98,10 +88,15 @@ AdifImport::State AdifImport::start(const QString& path)
 AdifImport::State AdifImport::startData(QByteArray data, const QString& name)
 {
     name_ = name;
-    reader_ = std::make_unique<AdifReader>(std::move(data));
+    auto reader = std::make_unique<AdifReader>(std::move(data));
+    done_ = reader->position();
+    total_ = reader->size();
     if (!prepareTable())
         return state_;
-    dxccLoaded_ = dxcc_.load(connection_); // without a prefix list the entity stays empty
+    std::optional<DxccIndex> dxcc(std::in_place);
+    if (!dxcc->load(connection_))
+        dxcc.reset(); // without a prefix list the entity stays empty
+    mapper_ = std::make_unique<AdifMapper>(std::move(reader), std::move(dxcc), locate_, clock_);
     return state_ = State::Running;
 }
 
@@ -144,37 +139,6 @@ bool AdifImport::prepareTable()
     return true;
 }
 
-void AdifImport::refuse(const AdifRecord& record, const QString& reason)
-{
-    refusals_.append({ record.line, record.value(QStringLiteral("CALL")).trimmed().toUpper(), reason });
-}
-
-bool AdifImport::complete(AdifContact& c)
-{
-    if (dxccLoaded_)
-        AdifMapping::setEntity(c, dxcc_.find(c.callsign));
-    MapPosition p;
-    if (c.grid.isEmpty() || !locate_ || !locate_(c.grid, p))
-        return true;
-    c.qrb = ContactSave::storedNumber(p.distanceKm);
-    c.qtf = ContactSave::storedNumber(p.bearing);
-    c.geGridXY = p.coordText;
-    SummaryValues v;
-    v.callsign = c.callsign;
-    v.band = c.band;
-    v.date = c.date;
-    v.time = c.gmt;
-    v.rsts = c.rsts;
-    v.rstr = c.rstr;
-    v.distanceKm = p.distanceKm;
-    v.bearing = p.bearing;
-    v.qsl = c.qsl;
-    v.prop = c.prop;
-    v.comment = c.comment;
-    c.geData = ContactSummary::text(v);
-    return true;
-}
-
 DbError AdifImport::statementError() const
 {
     sqlite3* h = conn_->handle();
@@ -185,8 +149,8 @@ DbError AdifImport::statementError() const
 bool AdifImport::insert(const AdifContact& contact)
 {
     // Bound as the Qt driver would bind these values: a null text is NULL, an empty one ''.
-    const QVariantList values = contact.values();
     if (conn_->onServer()) {
+        const QVariantList values = contact.values();
         // A round trip per record would take minutes for a large file: the transaction's records
         // go to the server in one COPY, ended before its COMMIT (commitPending).
         if (!serverCopy_)
@@ -205,44 +169,34 @@ bool AdifImport::insert(const AdifContact& contact)
     }
     texts_.resize(std::size_t(columnIndex_.size()));
     for (int k = 0; k < columnIndex_.size(); ++k) {
-        const QVariant& v = values[columnIndex_[k]];
+        const AdifContact::Cell cell = contact.cell(columnIndex_[k]);
         const int at = k + 1;
         int rc = SQLITE_OK;
-        switch (v.typeId()) {
-        case QMetaType::UnknownType:
+        switch (cell.kind) {
+        case AdifContact::Cell::Kind::Null:
             rc = sqlite3_bind_null(insert_, at);
             break;
-        case QMetaType::Int:
-            rc = sqlite3_bind_int(insert_, at, v.toInt());
+        case AdifContact::Cell::Kind::Integer:
+            rc = sqlite3_bind_int(insert_, at, cell.integer);
             break;
-        case QMetaType::Double:
-            rc = sqlite3_bind_double(insert_, at, v.toDouble());
+        case AdifContact::Cell::Kind::Number:
+            rc = sqlite3_bind_double(insert_, at, cell.number);
             break;
-        case QMetaType::QString: {
-            const auto* text = static_cast<const QString*>(v.constData());
-            if (text->isNull()) {
-                rc = sqlite3_bind_null(insert_, at);
-                break;
-            }
+        case AdifContact::Cell::Kind::Text: {
             // ASCII goes in as UTF-8, the log's encoding, so SQLite neither copies nor converts
             // it; other text as UTF-16 as before. The buffers live until the next record.
+            const QString& text = *cell.text;
             std::string& bytes = texts_[std::size_t(k)];
-            bytes.clear();
+            bytes.resize(std::size_t(text.size()));
+            const QChar* from = text.constData();
             bool ascii = true;
-            for (const QChar ch : *text) {
-                ascii = ch.unicode() < 0x80;
-                if (!ascii)
-                    break;
-                bytes += char(ch.unicode());
+            for (qsizetype i = 0; ascii && i < text.size(); ++i) {
+                ascii = from[i].unicode() < 0x80;
+                bytes[std::size_t(i)] = char(from[i].unicode());
             }
-            rc = ascii
-                ? sqlite3_bind_text(insert_, at, bytes.data(), int(bytes.size()), SQLITE_STATIC)
-                : sqlite3_bind_text16(insert_, at, text->constData(), int(text->size() * 2), SQLITE_STATIC);
+            rc = ascii ? sqlite3_bind_text(insert_, at, bytes.data(), int(bytes.size()), SQLITE_STATIC)
+                       : sqlite3_bind_text16(insert_, at, from, int(text.size() * 2), SQLITE_STATIC);
             break;
-        }
-        default: {
-            const QString text = v.toString();
-            rc = sqlite3_bind_text16(insert_, at, text.constData(), int(text.size() * 2), SQLITE_TRANSIENT);
         }
         }
         if (rc != SQLITE_OK) {
@@ -287,34 +241,32 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
             != SQLITE_OK)
             return fail(statementError());
     }
-    AdifRecord record;
-    AdifContact contact;
     bool more = true;
-    QStringList notes;
-    for (int i = 1; (i % 64 != 0 || clock.nsecsElapsed() < budgetNs) && (more = reader_->next(record)); ++i) {
-        QString reason;
-        notes = record.notes;
-        if (!AdifMapping::toContact(record, contact, &reason, &notes, clock_)) {
-            refuse(record, reason);
+    for (int i = 1; (i % 64 != 0 || clock.nsecsElapsed() < budgetNs); ++i) {
+        const AdifMapped* m = mapper_->next();
+        if (!(more = m != nullptr))
+            break;
+        done_ = m->end;
+        if (m->refused) {
+            refusals_.append({ m->line, m->callsign, m->reason });
             continue;
         }
-        const QString key
-            = duplicateKey(contact.callsign, contact.date, contact.gmt, contact.band, contact.mode);
-        if (known_.contains(key)) {
-            refuse(record, QStringLiteral("the contact is already in the log"));
+        if (known_.contains(m->key)) {
+            refusals_.append({ m->line, m->callsign, QStringLiteral("the contact is already in the log") });
             continue;
         }
-        complete(contact);
-        if (!insert(contact))
+        if (!insert(m->contact))
             return fail(error_);
-        known_.insert(key);
+        known_.insert(m->key);
         ++pending_;
-        for (const QString& note : std::as_const(notes))
-            kept_.append({ record.line, contact.callsign, note });
+        for (const QString& note : m->notes)
+            kept_.append({ m->line, m->callsign, note });
     }
     if ((!more || pending_ >= CommitEvery) && !commitPending())
         return fail(error_);
     if (!more) {
+        mapper_.reset();
+        done_ = total_;
         conn_.reset();
         state_ = State::Done;
     }
@@ -329,6 +281,7 @@ void AdifImport::cancel()
         fail(error_);
         return;
     }
+    mapper_.reset();
     conn_.reset();
     state_ = State::Cancelled;
 }

@@ -7,9 +7,9 @@
 // date and contacts already in the log are refused, with their line and the reason; a field
 // that does not fit its column is kept as text and named. The work goes in slices (step) so
 // the window stays live; records are stored in transactions of CommitEvery, and a Cancel keeps
-// every record read before it.
-#include "logbook/adif/AdifReader.h"
-#include "logbook/browse/DxccIndex.h"
+// every record taken before it. Reading, mapping and completing run ahead on a thread of
+// their own (AdifMapper); the duplicate check and the inserts stay on the caller's thread, in
+// file order.
 #include "logbook/db/DbError.h"
 #include "logbook/entry/LogClock.h"
 #include "logbook/entry/MapPosition.h"
@@ -23,6 +23,7 @@
 #include <vector>
 
 struct AdifContact;
+class AdifMapper;
 class DbConnection;
 class ServerCopyIn;
 struct sqlite3_stmt;
@@ -38,7 +39,8 @@ public:
     enum class State { Running, Done, Cancelled, Failed };
     static constexpr int CommitEvery = 5000;
 
-    // `locate` may be empty: then no distance or map texts are computed (DISTANCE is kept).
+    // `locate` may be empty: then no distance or map texts are computed (DISTANCE is kept). It
+    // is called on the mapping thread while the import runs, so it must share nothing.
     // `clock` is the log's clock (LogClock::configured() for the operator's log).
     AdifImport(
         const QString& connection, LocatorProcedure locate, LogClock::Base clock = LogClock::Base::Local);
@@ -53,8 +55,8 @@ public:
     void cancel();
 
     State state() const { return state_; }
-    qint64 done() const;
-    qint64 total() const;
+    qint64 done() const { return done_; }
+    qint64 total() const { return total_; }
     int imported() const { return imported_; }
     const QList<AdifRefusal>& refusals() const { return refusals_; }
     // Fields kept as text in imported records, with the reason.
@@ -75,8 +77,6 @@ public:
 private:
     State fail(const DbError& e);
     bool prepareTable();
-    bool complete(AdifContact& contact);
-    void refuse(const AdifRecord& record, const QString& reason);
     bool commitPending();
     // Binds one contact's values and runs the INSERT; false with error_ set.
     bool insert(const AdifContact& contact);
@@ -86,9 +86,9 @@ private:
     LocatorProcedure locate_;
     LogClock::Base clock_;
     QString name_;
-    std::unique_ptr<AdifReader> reader_;
-    DxccIndex dxcc_;
-    bool dxccLoaded_ = false;
+    std::unique_ptr<AdifMapper> mapper_;
+    qint64 done_ = 0; // the file position after the last record taken
+    qint64 total_ = 0;
     QSet<QString> known_;
     QStringList columns_; // the AdifContact columns the table has
     QList<int> columnIndex_; // their positions in AdifContact::columns()

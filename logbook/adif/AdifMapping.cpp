@@ -7,6 +7,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <charconv>
 
 using namespace Qt::StringLiterals;
 
@@ -212,6 +213,31 @@ QString extraText(QList<QPair<QString, QString>> fields)
 {
     std::stable_sort(
         fields.begin(), fields.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    // ASCII names and values, nearly every record's, written straight into the text: the import
+    // makes one a record, and the bytes and their text are the same. (A name is written as a C
+    // string below: one with a NUL goes that way.)
+    auto ascii = [](const QString& t, char16_t from) {
+        return std::all_of(t.cbegin(), t.cend(), [from](QChar c) { return c >= from && c.unicode() < 0x80; });
+    };
+    if (std::all_of(fields.cbegin(), fields.cend(),
+            [&](const auto& f) { return ascii(f.first, 1) && ascii(f.second, 0); })) {
+        QString text;
+        for (const auto& [name, value] : std::as_const(fields)) {
+            if (value.isEmpty())
+                continue;
+            char length[24];
+            const char* end = std::to_chars(length, length + sizeof length, value.size()).ptr;
+            text += QLatin1Char('<');
+            text += name;
+            text += QLatin1Char(':');
+            text += QLatin1StringView(length, end - length);
+            text += QLatin1Char('>');
+            text += value;
+            text += QLatin1Char(' ');
+        }
+        text.chop(1); // the blank after the last value
+        return text;
+    }
     QByteArray out;
     for (const auto& [name, value] : fields)
         appendField(out, name.toLatin1().constData(), value);

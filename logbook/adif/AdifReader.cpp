@@ -18,6 +18,20 @@ QString decode(QByteArrayView bytes)
     return utf8.hasError() ? QString::fromLatin1(bytes) : s;
 }
 
+// A tag's length: plain digits, as nearly every tag has them, read here; anything else as
+// toLongLong reads it (the locale machinery costs more than the rest of the tag).
+qint64 lengthOf(QByteArrayView text, bool* ok)
+{
+    if (text.isEmpty() || text.size() > 18
+        || !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        return text.toLongLong(ok);
+    qint64 n = 0;
+    for (const char c : text)
+        n = n * 10 + (c - '0');
+    *ok = true;
+    return n;
+}
+
 } // namespace
 
 AdifReader::AdifReader(QByteArray data)
@@ -99,7 +113,7 @@ AdifReader::Parsed AdifReader::parseTag()
     bool ok = false;
     const QByteArrayView afterName = inside.sliced(colon + 1);
     const qsizetype lengthEnd = afterName.indexOf(':');
-    const qint64 length = (lengthEnd < 0 ? afterName : afterName.first(lengthEnd)).trimmed().toLongLong(&ok);
+    const qint64 length = lengthOf((lengthEnd < 0 ? afterName : afterName.first(lengthEnd)).trimmed(), &ok);
     if (name.isEmpty() || !ok || length < 0 || colons > 2) {
         p.tag = Tag::Damaged;
         p.error = QStringLiteral("the tag <%1> is not of the form <NAME:length>")

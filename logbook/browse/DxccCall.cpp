@@ -34,6 +34,9 @@ QString normalised(const QString& callsign, const std::function<bool(const QStri
     auto listed = [&](const QString& text) { return isExactCall && isExactCall(text); };
     if (call.isEmpty() || listed(call))
         return call;
+    // Most calls have no parts: read as they are, without splitting (bulk lookups).
+    if (!call.contains(QLatin1Char('/')) && call != QLatin1String("MM") && call != QLatin1String("AM"))
+        return call;
     QStringList parts = call.split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (const QString& p : std::as_const(parts)) {
         if (p == QLatin1String("MM") || p == QLatin1String("AM"))

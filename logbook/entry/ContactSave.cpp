@@ -35,7 +35,11 @@ QString summary(const EntryLine& l, const MapPosition& stored)
 
 double storedNumber(float value)
 {
-    const QString text = ContactSummary::numberText(value);
+    return storedNumber(value, ContactSummary::numberText(value));
+}
+
+double storedNumber(float value, const QString& text)
+{
     if (!std::isfinite(value))
         return text.toDouble();
     // The text is plain ASCII digits; from_chars rounds as toDouble does, without the locale

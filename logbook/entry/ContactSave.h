@@ -26,6 +26,8 @@ QList<SavedField> fields(const EntryLine& line, const MapPosition& stored);
 QString summary(const EntryLine& line, const MapPosition& stored);
 // A single-precision value as stored: the number its default text shows.
 double storedNumber(float value);
+// The same from that text (ContactSummary::numberText of `value`), when it is already made.
+double storedNumber(float value, const QString& text);
 
 // Appends the row through a recordset on "SELECT * FROM logtab"; the error when it failed.
 // On a club's server several positions save at once: there the row goes in only when no

@@ -32,12 +32,17 @@ QString numberText(float value)
 
 QString text(const SummaryValues& v)
 {
+    return text(v, numberText(v.distanceKm), numberText(v.bearing));
+}
+
+QString text(const SummaryValues& v, const QString& distanceText, const QString& bearingText)
+{
     // One allocation for the whole text (QStringBuilder): the import writes one per contact.
     return QStringLiteral("Log: ") % v.callsign % QLatin1Char(' ') % v.band % QStringLiteral(" kHz ")
         % dateText(v.date) % QLatin1Char(' ') % timeText(v.time) % QStringLiteral(" rsts:") % v.rsts
-        % QStringLiteral(" rstr:") % v.rstr % QStringLiteral(" QRB:") % numberText(v.distanceKm)
-        % QStringLiteral("km  ") % QStringLiteral("QTF:") % numberText(v.bearing) % QStringLiteral(" QSL: ")
-        % v.qsl % QStringLiteral(" Prop:") % v.prop % QLatin1Char(' ') % v.comment;
+        % QStringLiteral(" rstr:") % v.rstr % QStringLiteral(" QRB:") % distanceText % QStringLiteral("km  ")
+        % QStringLiteral("QTF:") % bearingText % QStringLiteral(" QSL: ") % v.qsl % QStringLiteral(" Prop:")
+        % v.prop % QLatin1Char(' ') % v.comment;
 }
 
 } // namespace ContactSummary

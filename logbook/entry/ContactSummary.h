@@ -21,6 +21,8 @@ struct SummaryValues {
 namespace ContactSummary {
 // The summary text.
 QString text(const SummaryValues& v);
+// The same with distance and bearing already as numberText writes them.
+QString text(const SummaryValues& v, const QString& distanceText, const QString& bearingText);
 // A date formatted " dd.MM.yyyy" (with its leading blank); text that is no date stays as it is.
 QString dateText(const QString& date);
 // A time formatted "HH:mm"; text that is no time stays as it is.

@@ -20,13 +20,15 @@ int digits(const QString& s, qsizetype at, int count)
     return v;
 }
 
-void two(QString& out, int v)
+// The texts below are written in place into a string of their length: the import writes
+// several a contact.
+void two(QChar*& out, int v)
 {
-    out += QChar(u'0' + v / 10);
-    out += QChar(u'0' + v % 10);
+    *out++ = QChar(u'0' + v / 10);
+    *out++ = QChar(u'0' + v % 10);
 }
 
-void four(QString& out, int v)
+void four(QChar*& out, int v)
 {
     two(out, v / 100);
     two(out, v % 100);
@@ -131,63 +133,74 @@ QTime time(const QString& text, bool* withSeconds)
 
 QString displayDate(QDate d)
 {
-    QString out;
-    out.reserve(10);
-    two(out, d.day());
-    out += QLatin1Char('.');
-    two(out, d.month());
-    out += QLatin1Char('.');
-    four(out, d.year());
+    int year = 0, month = 0, day = 0;
+    d.getDate(&year, &month, &day);
+    QString out(10, Qt::Uninitialized);
+    QChar* at = out.data();
+    two(at, day);
+    *at++ = QLatin1Char('.');
+    two(at, month);
+    *at++ = QLatin1Char('.');
+    four(at, year);
     return out;
 }
 
 QString storedDate(QDate d)
 {
-    QString out;
-    out.reserve(10);
-    four(out, d.year());
-    out += QLatin1Char('-');
-    two(out, d.month());
-    out += QLatin1Char('-');
-    two(out, d.day());
+    int year = 0, month = 0, day = 0;
+    d.getDate(&year, &month, &day);
+    QString out(10, Qt::Uninitialized);
+    QChar* at = out.data();
+    four(at, year);
+    *at++ = QLatin1Char('-');
+    two(at, month);
+    *at++ = QLatin1Char('-');
+    two(at, day);
     return out;
 }
 
 QString compactDateText(QDate d)
 {
-    QString out;
-    out.reserve(8);
-    four(out, d.year());
-    two(out, d.month());
-    two(out, d.day());
+    int year = 0, month = 0, day = 0;
+    d.getDate(&year, &month, &day);
+    QString out(8, Qt::Uninitialized);
+    QChar* at = out.data();
+    four(at, year);
+    two(at, month);
+    two(at, day);
     return out;
 }
 
 QString hoursMinutes(QTime t)
 {
-    QString out;
-    out.reserve(5);
-    two(out, t.hour());
-    out += QLatin1Char(':');
-    two(out, t.minute());
+    QString out(5, Qt::Uninitialized);
+    QChar* at = out.data();
+    two(at, t.hour());
+    *at++ = QLatin1Char(':');
+    two(at, t.minute());
     return out;
 }
 
 QString hoursMinutesSeconds(QTime t)
 {
-    QString out = hoursMinutes(t);
-    out += QLatin1Char(':');
-    two(out, t.second());
+    QString out(8, Qt::Uninitialized);
+    QChar* at = out.data();
+    two(at, t.hour());
+    *at++ = QLatin1Char(':');
+    two(at, t.minute());
+    *at++ = QLatin1Char(':');
+    two(at, t.second());
     return out;
 }
 
 QString compactTime(QTime t, bool withSeconds)
 {
-    QString out;
-    two(out, t.hour());
-    two(out, t.minute());
+    QString out(withSeconds ? 6 : 4, Qt::Uninitialized);
+    QChar* at = out.data();
+    two(at, t.hour());
+    two(at, t.minute());
     if (withSeconds)
-        two(out, t.second());
+        two(at, t.second());
     return out;
 }
 

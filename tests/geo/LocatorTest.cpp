@@ -2,6 +2,8 @@
 #include "geo/Bearing.h"
 #include "geo/Locator.h"
 
+#include <QRandomGenerator>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -54,4 +56,73 @@ TEST(Locator, CoordinateTextHasFifteenDigitsAndNoTrailingZeros)
     EXPECT_EQ(CoordText(LocatorToDegrees("JJ00AA")), "0,0");
     EXPECT_EQ(CoordText(LocatorToDegrees("AA00AA")), "-180,-90");
     EXPECT_EQ(CoordText({-2.5, 0.000347222222222222}), "-2.5,0.000347222222222222");
+}
+
+namespace {
+
+// The coordinate text as it was first written, through QString::number: the stored GEgridXY
+// of every log must stay what it was.
+QString numberText15(double v)
+{
+    if (v == 0.0 || !std::isfinite(v))
+        return QStringLiteral("0");
+    const int magnitude = static_cast<int>(std::floor(std::log10(std::fabs(v))));
+    QString s = QString::number(v, 'f', std::max(0, 14 - magnitude));
+    if (s.contains(u'.')) {
+        while (s.endsWith(u'0'))
+            s.chop(1);
+        if (s.endsWith(u'.'))
+            s.chop(1);
+    }
+    return s == QLatin1String("-0") ? QStringLiteral("0") : s;
+}
+
+} // namespace
+
+TEST(Locator, CoordinateTextIsWhatQStringNumberWrites)
+{
+    // Exact halves at the last digit kept round away from zero, carries included.
+    const struct {
+        double v;
+        const char* text;
+    } halves[]
+        = { { 1 + std::ldexp(1, -15), "1.00003051757813" }, { -1 - std::ldexp(1, -15), "-1.00003051757813" },
+              { 9 + std::ldexp(32767, -15), "9.99996948242188" }, { 999999999999999.5, "1000000000000000" },
+              { -999999999999999.5, "-1000000000000000" }, { 12 + std::ldexp(1, -14), "12.0000610351563" },
+              { 0.5 + std::ldexp(1, -17), "0.500007629394531" }, { 1e15 + 0.5, "1000000000000001" } };
+    for (const auto& h : halves) {
+        EXPECT_EQ(numberText15(h.v).toStdString(), h.text) << h.v;
+        EXPECT_EQ(CoordText({ h.v, h.v }).toStdString(), std::string(h.text) + ',' + h.text) << h.v;
+    }
+    // Random points of locators of every length, random coordinates, tiny values and exact
+    // binary fractions of every length.
+    QRandomGenerator rng(2026);
+    auto same = [](double lon, double lat) {
+        const QString expected = numberText15(lon) + u',' + numberText15(lat);
+        const QString text = CoordText({ lon, lat });
+        EXPECT_EQ(text.toStdString(), expected.toStdString())
+            << qPrintable(QString::number(lon, 'g', 17)) << " " << qPrintable(QString::number(lat, 'g', 17));
+        return text == expected;
+    };
+    for (const double v : { 1e16, 1.234e20, -1.5e300, 1e-30, 3.3e-200, -7e-27 })
+        same(v, -v); // far from any coordinate: QString::number itself
+    int wrong = 0;
+    for (int i = 0; i < 100000 && wrong < 10; ++i) {
+        QString l;
+        l += QChar(u'A' + rng.bounded(18));
+        l += QChar(u'A' + rng.bounded(18));
+        for (int pair = 0; pair < 1 + rng.bounded(4); ++pair) {
+            const bool digits = pair % 2 == 0;
+            l += QChar((digits ? u'0' : u'A') + rng.bounded(digits ? 10 : 24));
+            l += QChar((digits ? u'0' : u'A') + rng.bounded(digits ? 10 : 24));
+        }
+        const GeoPoint p = LocatorToDegrees(Locator::completed(l));
+        wrong += !same(p.lon, p.lat);
+        wrong += !same(rng.bounded(360.0) - 180, rng.bounded(180.0) - 90);
+        wrong += !same(
+            std::ldexp(rng.bounded(1.0), -rng.bounded(80)), -std::ldexp(rng.bounded(1.0), -rng.bounded(80)));
+        const int bits = rng.bounded(60);
+        wrong += !same(std::ldexp(double(rng.generate64() >> (64 - std::min(53, bits + 8))), -bits),
+            -std::ldexp(double(rng.generate64() >> 11), -rng.bounded(70)));
+    }
 }

@@ -45,6 +45,37 @@ TEST(AdifRead, HeaderFieldsTypesCaseAndBytes)
     EXPECT_EQ(readAll("<CALL:6>DL1ABC ")[0].error, "the record is not ended by <EOR>");
 }
 
+TEST(AdifRead, LengthsInEveryWritingAndTheDamagedOnes)
+{
+    const struct {
+        const char* length;
+        const char* error;
+    } cases[] = { { "6", "" }, { "006", "" }, { " 6 ", "" }, { "+6", "" }, { "6:S", "" },
+        { "-6", "the tag <CALL:-6> is not of the form <NAME:length>" },
+        { "6x", "the tag <CALL:6x> is not of the form <NAME:length>" },
+        { "0x6", "the tag <CALL:0x6> is not of the form <NAME:length>" },
+        { "99999999999999999999", "the tag <CALL:99999999999999999999> is not of the form <NAME:length>" },
+        { "999999999999999999", "the value of CALL runs past the end of the file" } };
+    for (const auto& c : cases) {
+        const QList<AdifRecord> records = readAll("<CALL:" + QByteArray(c.length) + ">DL1ABC <EOR>");
+        ASSERT_EQ(records.size(), 1) << c.length;
+        EXPECT_EQ(records[0].error.toStdString(), c.error) << c.length;
+        if (*c.error == 0) {
+            EXPECT_EQ(records[0].value("CALL"), "DL1ABC") << c.length;
+        }
+    }
+}
+
+TEST(AdifMap, ExtraFieldsAreAdifTextSortedByNameWithLengthsInBytes)
+{
+    using Fields = QList<QPair<QString, QString>>;
+    EXPECT_EQ(AdifMapping::extraText(Fields { { "STATE", "NY" }, { "IOTA", "EU-005" }, { "SOTA_REF", "" } }),
+        "<IOTA:6>EU-005 <STATE:2>NY");
+    EXPECT_EQ(AdifMapping::extraText(Fields { { "STATE", "NY" }, { "QTH", QString::fromUtf8("Zürich") } }),
+        QString::fromUtf8("<QTH:7>Zürich <STATE:2>NY"));
+    EXPECT_TRUE(AdifMapping::extraText(Fields { { "STATE", "" } }).isEmpty());
+}
+
 TEST(AdifMap, QslPropagationModesAndBandsInAdifTerms)
 {
     const QList<std::tuple<QString, QString, QString>> qsl
@@ -191,6 +222,86 @@ TEST(AdifImportFile, AnOldLogWithoutMapColumnsAndAMissingFile)
     AdifImport missing(path, {});
     EXPECT_EQ(missing.start(dir.file("none.adi")), AdifImport::State::Failed);
     EXPECT_TRUE(missing.error().description.startsWith("The ADIF file cannot be read"));
+}
+
+// The records are mapped ahead on a thread of their own; the duplicate check and the inserts
+// must still go in file order, slice after slice, and a cancel keeps exactly the records taken.
+TEST(AdifImportFile, SlicesAndACancelKeepFileOrder)
+{
+    // 700 records, one a line from line 3: every 10th repeats the one before (refused), every
+    // 97th has no CALL (refused), every 50th a grid that is no locator (kept as text).
+    QByteArray file = "Test file\n<EOH>\n";
+    QStringList stored;
+    QStringList listed;
+    QStringList kept;
+    for (int i = 0; i < 700; ++i) {
+        const QByteArray call = "DL" + QByteArray::number(i % 10 == 9 ? i - 1 : i) + "X";
+        const QByteArray grid = i % 50 == 7 ? "SO62" : "JO62QM";
+        const int line = i + 3;
+        if (i % 97 == 96) {
+            file += "<QSO_DATE:8>20261115 <EOR>\n";
+            listed << QStringLiteral("line %1 (no call): no CALL").arg(line);
+            continue;
+        }
+        file += "<CALL:" + QByteArray::number(call.size()) + '>' + call
+            + " <QSO_DATE:8>20261115 <TIME_ON:4>1820 <BAND:2>2m <GRIDSQUARE:"
+            + QByteArray::number(grid.size()) + '>' + grid + " <EOR>\n";
+        if (i % 10 == 9 && (i - 1) % 97 != 96) {
+            listed << QStringLiteral("line %1 (%2): the contact is already in the log").arg(line).arg(call);
+            continue;
+        }
+        stored << QString::fromLatin1(call);
+        if (grid == "SO62")
+            kept << QStringLiteral("line %1 (%2): GRIDSQUARE \"SO62\" is not a locator, kept as text")
+                        .arg(line)
+                        .arg(call);
+    }
+
+    EntryTestDb db;
+    AdifImport import(db.path(), db.locator());
+    int slices = 0;
+    for (auto s = import.startData(file, "test.adi"); s == AdifImport::State::Running; ++slices)
+        s = import.step(0); // a few dozen records a slice
+    ASSERT_EQ(import.state(), AdifImport::State::Done) << import.error().text().toStdString();
+    EXPECT_GT(slices, 5);
+    EXPECT_EQ(import.done(), import.total());
+    EXPECT_EQ(import.imported(), stored.size());
+    EXPECT_EQ(import.refusalList(), (listed + kept).join('\n'));
+    QStringList calls;
+    for (const Row& r : db.rows({ "Callsign" }))
+        calls << r["Callsign"].toString();
+    EXPECT_EQ(calls, stored);
+
+    struct Case {
+        const char* name;
+        bool cancel;
+    };
+    for (const Case& c :
+        { Case { "cancelled after one slice", true }, Case { "dropped after one slice", false } }) {
+        SCOPED_TRACE(c.name);
+        EntryTestDb to;
+        int imported = -1;
+        {
+            AdifImport part(to.path(), to.locator());
+            ASSERT_EQ(part.startData(file, "test.adi"), AdifImport::State::Running);
+            ASSERT_EQ(part.step(0), AdifImport::State::Running);
+            EXPECT_LT(part.done(), part.total());
+            if (c.cancel) {
+                part.cancel();
+                EXPECT_EQ(part.state(), AdifImport::State::Cancelled);
+                EXPECT_TRUE(part.report().contains("(the import was stopped before the end of the file)"));
+                imported = part.imported();
+            }
+        } // dropped: the destructor stores what was taken
+        const QList<Row> rows = to.rows({ "Callsign" });
+        ASSERT_GT(rows.size(), 0);
+        ASSERT_LT(rows.size(), stored.size());
+        if (c.cancel) {
+            EXPECT_EQ(rows.size(), imported);
+        }
+        for (qsizetype i = 0; i < rows.size(); ++i)
+            EXPECT_EQ(rows[i]["Callsign"].toString(), stored[i]);
+    }
 }
 
 TEST(AdifRoundTrip, ThousandContactsKeepEveryMappedField)
