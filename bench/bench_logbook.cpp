@@ -397,12 +397,15 @@ Figures measure(const QString& log, const QString& importTarget, const QByteArra
         f.found = rs.recordCount();
         rs.last();
     });
-    const QList<SavedField> contact
+    // A new call each time: on a server the same contact twice is refused as a dupe.
+    QList<SavedField> contact
         = { { "Date", "2026-11-23" }, { "GMT", "18:04" }, { "Callsign", "DL1ABC" }, { "Grid", "JO62QM" },
               { "rsts", "59" }, { "rstr", "57" }, { "Band", "144" }, { "mode", "SSB" }, { "Nam", "Hans" },
               { "Comment", "tnx" }, { "QSL", "Q" }, { "Prop", "Tr" }, { "DXCC", "Germany" }, { "QRB", 512.0 },
               { "QTF", 87.0 }, { "GEdata", "Log: DL1ABC 144 kHz" }, { "GEgridXY", "13.375,52.5" } };
+    int saved = 0;
     f.save = medianMs(51, [&] {
+        contact[2].value = QStringLiteral("DL%1ABC").arg(saved++);
         if (const DbError e = ContactSave::save(log, contact))
             std::printf("save failed: %s\n", qPrintable(e.text()));
     });
