@@ -117,11 +117,19 @@ int LogTool::run(const QStringList& arguments)
 
 bool LogTool::open(bool forWriting)
 {
-    if (!forWriting && !QFileInfo::exists(db_)) {
+    const bool server = DbConnection::isServer(db_);
+    if (!forWriting && !server && !QFileInfo::exists(db_)) {
         fail(QStringLiteral("The database file does not exist: %1").arg(db_));
         return false;
     }
-    const bool created = !QFileInfo::exists(db_);
+    if (!forWriting && server) {
+        // Reading commands never make a log on a server either.
+        if (const DbError e = DatabaseFile::identify(db_)) {
+            fail(e.description);
+            return false;
+        }
+    }
+    const bool created = !server && !QFileInfo::exists(db_);
     const DbError e = DatabaseFile::prepare(db_);
     // A read-only log still serves the commands that only read it.
     if (e && (forWriting || e.number != ReadOnlyNumber)) {
