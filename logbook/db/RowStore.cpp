@@ -46,14 +46,34 @@ void RowStore::setText(std::size_t cell, const char* data, std::size_t size, boo
     }
 }
 
+std::size_t RowStore::newRow(std::int64_t rowId)
+{
+    const std::size_t base = types_.size();
+    types_.resize(base + std::size_t(columns_), Null);
+    words_.resize(base + std::size_t(columns_), 0);
+    rowIds_.push_back(rowId);
+    order_.push_back(int(rowIds_.size() - 1));
+    return base;
+}
+
+void RowStore::setInteger(std::size_t cell, std::int64_t v)
+{
+    types_[cell] = Integer;
+    std::memcpy(&words_[cell], &v, sizeof v);
+}
+
+void RowStore::setReal(std::size_t cell, double v)
+{
+    types_[cell] = Real;
+    std::memcpy(&words_[cell], &v, sizeof v);
+}
+
 void RowStore::appendFromServer(const pg_result* result, int row, int first, std::int64_t rowId)
 {
     // Type numbers of PostgreSQL's catalogue (pg_type.h): the integer and floating-point types
     // become numbers as SQLite gives them; everything else is text.
     enum : Oid { Int8 = 20, Int2 = 21, Int4 = 23, Oid4 = 26, Float4 = 700, Float8 = 701, Numeric = 1700 };
-    const std::size_t base = types_.size();
-    types_.resize(base + std::size_t(columns_), Null);
-    words_.resize(base + std::size_t(columns_), 0);
+    const std::size_t base = newRow(rowId);
     for (int c = 0; c < columns_; ++c) {
         const std::size_t cell = base + std::size_t(c);
         const int col = first + c;
@@ -64,50 +84,34 @@ void RowStore::appendFromServer(const pg_result* result, int row, int first, std
         case Int8:
         case Int2:
         case Int4:
-        case Oid4: {
-            const std::int64_t v = std::strtoll(text, nullptr, 10);
-            types_[cell] = Integer;
-            std::memcpy(&words_[cell], &v, sizeof v);
+        case Oid4:
+            setInteger(cell, std::strtoll(text, nullptr, 10));
             break;
-        }
         case Float4:
         case Float8:
-        case Numeric: {
-            const double v = std::strtod(text, nullptr);
-            types_[cell] = Real;
-            std::memcpy(&words_[cell], &v, sizeof v);
+        case Numeric:
+            setReal(cell, std::strtod(text, nullptr));
             break;
-        }
         default:
             setText(cell, text, std::size_t(PQgetlength(result, row, col)), false);
             break;
         }
     }
-    rowIds_.push_back(rowId);
-    order_.push_back(int(rowIds_.size() - 1));
 }
 
 void RowStore::appendFromStatement(sqlite3_stmt* st, int first, std::int64_t rowId)
 {
-    const std::size_t base = types_.size();
-    types_.resize(base + std::size_t(columns_), Null);
-    words_.resize(base + std::size_t(columns_), 0);
+    const std::size_t base = newRow(rowId);
     for (int c = 0; c < columns_; ++c) {
         const std::size_t cell = base + std::size_t(c);
         const int col = first + c;
         switch (sqlite3_column_type(st, col)) {
-        case SQLITE_INTEGER: {
-            const std::int64_t v = sqlite3_column_int64(st, col);
-            types_[cell] = Integer;
-            std::memcpy(&words_[cell], &v, sizeof v);
+        case SQLITE_INTEGER:
+            setInteger(cell, sqlite3_column_int64(st, col));
             break;
-        }
-        case SQLITE_FLOAT: {
-            const double v = sqlite3_column_double(st, col);
-            types_[cell] = Real;
-            std::memcpy(&words_[cell], &v, sizeof v);
+        case SQLITE_FLOAT:
+            setReal(cell, sqlite3_column_double(st, col));
             break;
-        }
         case SQLITE_TEXT: {
             const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(st, col));
             setText(cell, text, std::size_t(sqlite3_column_bytes(st, col)), false);
@@ -122,19 +126,13 @@ void RowStore::appendFromStatement(sqlite3_stmt* st, int first, std::int64_t row
             break;
         }
     }
-    rowIds_.push_back(rowId);
-    order_.push_back(int(rowIds_.size() - 1));
 }
 
 void RowStore::appendRow(const QList<QVariant>& values, std::int64_t rowId)
 {
-    const std::size_t base = types_.size();
-    types_.resize(base + std::size_t(columns_), Null);
-    words_.resize(base + std::size_t(columns_), 0);
+    const std::size_t base = newRow(rowId);
     for (int c = 0; c < columns_ && c < values.size(); ++c)
         setCell(base + std::size_t(c), values[c]);
-    rowIds_.push_back(rowId);
-    order_.push_back(int(rowIds_.size() - 1));
 }
 
 void RowStore::setCell(std::size_t cell, const QVariant& value)
@@ -154,19 +152,13 @@ void RowStore::setCell(std::size_t cell, const QVariant& value)
     case QMetaType::ULongLong:
     case QMetaType::Short:
     case QMetaType::UShort:
-    case QMetaType::Bool: {
-        const std::int64_t v = value.toLongLong();
-        types_[cell] = Integer;
-        std::memcpy(&words_[cell], &v, sizeof v);
+    case QMetaType::Bool:
+        setInteger(cell, value.toLongLong());
         return;
-    }
     case QMetaType::Double:
-    case QMetaType::Float: {
-        const double v = value.toDouble();
-        types_[cell] = Real;
-        std::memcpy(&words_[cell], &v, sizeof v);
+    case QMetaType::Float:
+        setReal(cell, value.toDouble());
         return;
-    }
     case QMetaType::QByteArray: {
         const QByteArray b = value.toByteArray();
         setText(cell, b.constData(), std::size_t(b.size()), true);

@@ -36,7 +36,11 @@ public:
 
 private:
     enum Type : std::uint8_t { Null, Integer, Real, Text, Blob, BigText, BigBlob };
+    // Appends a row of NULL cells with its id; returns the row's first cell.
+    std::size_t newRow(std::int64_t rowId);
     void setCell(std::size_t cell, const QVariant& value);
+    void setInteger(std::size_t cell, std::int64_t v);
+    void setReal(std::size_t cell, double v);
     void setText(std::size_t cell, const char* data, std::size_t size, bool blob);
 
     int columns_ = 0;

@@ -131,44 +131,46 @@ QTime time(const QString& text, bool* withSeconds)
     return QTime(h, m, s);
 }
 
-QString displayDate(QDate d)
+// The date's three numbers, day first or year first, with a separator or none.
+QString dateText(QDate d, bool dayFirst, QChar separator)
 {
     int year = 0, month = 0, day = 0;
     d.getDate(&year, &month, &day);
-    QString out(10, Qt::Uninitialized);
+    QString out(separator.isNull() ? 8 : 10, Qt::Uninitialized);
     QChar* at = out.data();
-    two(at, day);
-    *at++ = QLatin1Char('.');
-    two(at, month);
-    *at++ = QLatin1Char('.');
-    four(at, year);
+    auto separate = [&] {
+        if (!separator.isNull())
+            *at++ = separator;
+    };
+    if (dayFirst) {
+        two(at, day);
+        separate();
+        two(at, month);
+        separate();
+        four(at, year);
+    } else {
+        four(at, year);
+        separate();
+        two(at, month);
+        separate();
+        two(at, day);
+    }
     return out;
+}
+
+QString displayDate(QDate d)
+{
+    return dateText(d, true, QLatin1Char('.'));
 }
 
 QString storedDate(QDate d)
 {
-    int year = 0, month = 0, day = 0;
-    d.getDate(&year, &month, &day);
-    QString out(10, Qt::Uninitialized);
-    QChar* at = out.data();
-    four(at, year);
-    *at++ = QLatin1Char('-');
-    two(at, month);
-    *at++ = QLatin1Char('-');
-    two(at, day);
-    return out;
+    return dateText(d, false, QLatin1Char('-'));
 }
 
 QString compactDateText(QDate d)
 {
-    int year = 0, month = 0, day = 0;
-    d.getDate(&year, &month, &day);
-    QString out(8, Qt::Uninitialized);
-    QChar* at = out.data();
-    four(at, year);
-    two(at, month);
-    two(at, day);
-    return out;
+    return dateText(d, false, QChar());
 }
 
 QString hoursMinutes(QTime t)
