@@ -60,7 +60,7 @@ private:
     // made into a QString once and shared after that.
     QString fieldName(QByteArrayView spelled);
 
-    QByteArray data_;
+    const QByteArray data_; // read only: never detached from a caller that keeps the bytes
     qint64 pos_ = 0;
     int line_ = 1;
     QHash<QString, QString> header_;
