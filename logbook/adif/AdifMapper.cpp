@@ -60,6 +60,7 @@ void AdifMapper::map(const AdifRecord& record, AdifMapped& out)
 
 void AdifMapper::read(std::stop_token stop)
 {
+    LogClock::readZone(); // once for the file, not once a contact
     AdifRecord record;
     for (bool more = true; more;) {
         std::vector<AdifMapped> batch;

@@ -4,6 +4,7 @@
 #include "logbook/db/LogDate.h"
 
 #include <algorithm>
+#include <ctime>
 
 namespace {
 
@@ -82,7 +83,20 @@ QDateTime toUtc(QDate date, QTime time, Base base)
 QDateTime fromUtc(QDate date, QTime time, Base base)
 {
     const QDateTime utc(date, time, Qt::UTC);
-    return base == Base::Utc ? utc : utc.toLocalTime();
+    if (base == Base::Utc)
+        return utc;
+    // The C library's conversion, as QDateTime's, but without its re-reading of the zone (a
+    // file-system call) at every call: an import converts every contact.
+    const std::time_t seconds = std::time_t(utc.toSecsSinceEpoch());
+    std::tm local {};
+    if (!localtime_r(&seconds, &local))
+        return utc.toLocalTime();
+    return QDateTime::fromMSecsSinceEpoch(utc.toMSecsSinceEpoch(), Qt::OffsetFromUTC, int(local.tm_gmtoff));
+}
+
+void readZone()
+{
+    tzset();
 }
 
 QDate compactDate(const QString& t)

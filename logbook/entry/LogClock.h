@@ -19,7 +19,11 @@ QDateTime now(Base base);
 // A local time that a change to summer time skipped is read as the time after the change;
 // in the hour a change to winter time repeats, the earlier of the two is taken.
 QDateTime toUtc(QDate date, QTime time, Base base);
+// On the local clock by the zone as last read (readZone; QDateTime reads it at each local
+// conversion), with its offset from UTC.
 QDateTime fromUtc(QDate date, QTime time, Base base);
+// Reads the local zone (TZ, /etc/localtime) afresh, as a long run of fromUtc calls starts.
+void readZone();
 
 // A date in any of the log's forms; invalid if none.
 QDate date(const QString& text);
