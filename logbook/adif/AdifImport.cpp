@@ -4,6 +4,7 @@
 #include "logbook/adif/AdifMapper.h"
 #include "logbook/db/DbConnection.h"
 #include "logbook/db/ServerCopyIn.h"
+#include "logbook/db/WalCheckpointer.h"
 #include "logbook/entry/ContactSummary.h"
 
 #include <QElapsedTimer>
@@ -27,6 +28,7 @@ AdifImport::AdifImport(const QString& connection, LocatorProcedure locate, LogCl
 AdifImport::~AdifImport()
 {
     commitPending(); // what was read before the import was dropped stays
+    closeConnection();
 }
 
 QString AdifImport::duplicateKey(const QString& callsign, const QString& date, const QString& time,
@@ -47,7 +49,7 @@ AdifImport::State AdifImport::fail(const DbError& e)
     serverCopy_.reset(); // its COPY ends before the rollback
     if (conn_)
         conn_->rollback();
-    conn_.reset();
+    closeConnection();
     pending_ = 0;
     return state_ = State::Failed;
 }
@@ -65,7 +67,7 @@ bool AdifImport::commitPending()
     if (!ok) {
         const DbError e = copyError ? copyError : conn_->error();
         conn_->rollback();
-        conn_.reset();
+        closeConnection();
         pending_ = 0;
         error_ = e;
         return false;
@@ -262,15 +264,29 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
         for (const QString& note : m->notes)
             kept_.append({ m->line, m->callsign, note });
     }
-    if ((!more || pending_ >= CommitEvery) && !commitPending())
+    const bool commitNow = !more || pending_ >= CommitEvery;
+    if (commitNow && !commitPending())
         return fail(error_);
+    if (commitNow && more && !conn_->onServer()) {
+        // Copies what was committed into the file while the import goes on, so that the
+        // closing checkpoint is left with the last stretch.
+        if (!checkpointer_)
+            checkpointer_ = std::make_unique<WalCheckpointer>(connection_);
+        checkpointer_->request();
+    }
     if (!more) {
-        mapper_.reset();
         done_ = total_;
-        conn_.reset();
+        closeConnection();
+        mapper_.reset(); // its threads free their caches while the file is written
         state_ = State::Done;
     }
     return state_;
+}
+
+void AdifImport::closeConnection()
+{
+    checkpointer_.reset(); // before the close's own checkpoint, which would find it busy
+    conn_.reset();
 }
 
 void AdifImport::cancel()
@@ -282,7 +298,7 @@ void AdifImport::cancel()
         return;
     }
     mapper_.reset();
-    conn_.reset();
+    closeConnection();
     state_ = State::Cancelled;
 }
 

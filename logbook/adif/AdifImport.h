@@ -26,6 +26,7 @@ struct AdifContact;
 class AdifMapper;
 class DbConnection;
 class ServerCopyIn;
+class WalCheckpointer;
 struct sqlite3_stmt;
 
 struct AdifRefusal {
@@ -78,6 +79,7 @@ private:
     State fail(const DbError& e);
     bool prepareTable();
     bool commitPending();
+    void closeConnection();
     // Binds one contact's values and runs the INSERT; false with error_ set.
     bool insert(const AdifContact& contact);
     DbError statementError() const;
@@ -94,6 +96,7 @@ private:
     QList<int> columnIndex_; // their positions in AdifContact::columns()
     QString insertSql_;
     std::unique_ptr<DbConnection> conn_;
+    std::unique_ptr<WalCheckpointer> checkpointer_; // file logs: between commits, declared after conn_
     std::unique_ptr<ServerCopyIn> serverCopy_; // on a server: the open transaction's records
     std::vector<std::string> texts_; // UTF-8 of the bound texts, one a column
     sqlite3_stmt* insert_ = nullptr; // one prepared INSERT per transaction, finalized before its connection

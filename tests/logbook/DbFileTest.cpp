@@ -2,10 +2,14 @@
 // message and nothing stored is lost.
 #include "DbTestSupport.h"
 #include "core/Station.h"
+#include "logbook/adif/AdifImport.h"
 #include "logbook/db/SchemaUpgrade.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
+#include <QThread>
 
 #include <sqlite3.h>
 
@@ -296,6 +300,43 @@ TEST_F(DbFileEdges, ACopyOfBackupDbTakenRightAfterASaveHoldsThatContact)
         ASSERT_TRUE(QFile::copy(station.dbConnection, copy)) << "backup.db alone, without its journal";
         EXPECT_TRUE(callsigns(copy).contains(QString::fromLatin1(call))) << call;
     }
+}
+
+TEST_F(DbFileEdges, ACopyOfBackupDbTakenDuringAnImportHoldsWhatItCommitted)
+{
+    ASSERT_FALSE(DatabaseFile::connect(station, places()));
+    QByteArray adif = "<EOH>\n";
+    const int records = 2 * AdifImport::CommitEvery + 1;
+    for (int i = 0; i < records; ++i)
+        adif += "<CALL:8>DL" + QByteArray::number(100000 + i) + " <QSO_DATE:8>20261123 <TIME_ON:4>1800 "
+            "<BAND:3>20m <MODE:2>CW <EOR>\n";
+    auto rowsInCopy = [&] {
+        const QString copy = tmp.file(QStringLiteral("copy.db"));
+        QFile::remove(copy);
+        QFile::remove(copy + "-wal");
+        EXPECT_TRUE(QFile::copy(station.dbConnection, copy)) << "backup.db alone, without its journal";
+        return callsigns(copy).size();
+    };
+
+    AdifImport import(station.dbConnection, {});
+    AdifImport::State s = import.startData(adif, QStringLiteral("big.adi"));
+    while (s == AdifImport::State::Running && import.imported() == 0)
+        s = import.step(1'000'000);
+    const int committed = import.imported();
+    ASSERT_GE(committed, AdifImport::CommitEvery);
+    // The first commit reaches the file while the import waits for its next slice.
+    QElapsedTimer waited;
+    waited.start();
+    int inCopy = 0;
+    while ((inCopy = rowsInCopy()) < committed && waited.elapsed() < 10'000)
+        QThread::msleep(20);
+    EXPECT_EQ(inCopy, committed);
+
+    while (s == AdifImport::State::Running)
+        s = import.step(50'000'000);
+    ASSERT_EQ(s, AdifImport::State::Done) << import.error().text().toStdString();
+    EXPECT_EQ(rowsInCopy(), records);
+    EXPECT_EQ(QFileInfo(station.dbConnection + "-wal").size(), 0) << "the closing checkpoint was not busy";
 }
 
 TEST_F(DbFileEdges, AJournalLeftWithoutItsDatabaseIsMovedAsideNotMerged)
