@@ -202,8 +202,8 @@ QList<QPair<QString, QString>> extraFields(const QString& adifExtra)
     AdifReader reader(adifExtra.toUtf8() + "<EOR>");
     AdifRecord r;
     while (reader.next(r)) {
-        for (auto it = r.fields.cbegin(); it != r.fields.cend(); ++it)
-            out.append({ it.key(), it.value() });
+        for (const AdifFields::Field& f : r.fields)
+            out.append({ f.name, f.value });
     }
     std::sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     return out;
@@ -474,15 +474,14 @@ bool toContact(const AdifRecord& r, AdifContact& c, QString* reason, QStringList
             keep(name, QStringLiteral("is not a zone number"));
     }
     c.remarks = take(u"NOTES"_s);
-    for (auto it = r.fields.cbegin(); it != r.fields.cend(); ++it) {
-        const QString& name = it.key();
+    for (const auto& [name, value] : r.fields) {
         if (ConsumedFields.contains(name) || (name == QLatin1String("GRIDSQUARE_EXT") && extJoined)
             || (name == QLatin1String("MODE") && !modeKept))
             continue;
         // What an earlier export wrote as APP_KESTREL_<name> was the record's own <name>.
         const QString own = name.startsWith(AppPrefix) ? name.mid(AppPrefix.size()) : name;
         if (std::none_of(extra.cbegin(), extra.cend(), [&own](const auto& f) { return f.first == own; }))
-            extra.append({ own, it.value() });
+            extra.append({ own, value });
     }
     // The claims of the station go to dxcc and dxccNr; setEntity decides.
     for (const auto& [name, target] : { std::pair { "COUNTRY", &c.dxcc }, std::pair { "DXCC", &c.dxccNr } }) {

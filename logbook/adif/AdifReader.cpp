@@ -34,6 +34,29 @@ qint64 lengthOf(QByteArrayView text, bool* ok)
 
 } // namespace
 
+void AdifFields::insert(const QString& name, const QString& value)
+{
+    if (Field* f = const_cast<Field*>(find(name)))
+        f->value = value;
+    else
+        fields_.push_back({ name, value });
+}
+
+QString AdifFields::value(const QString& name) const
+{
+    const Field* f = find(name);
+    return f ? f->value : QString();
+}
+
+const AdifFields::Field* AdifFields::find(const QString& name) const
+{
+    for (const Field& f : fields_) {
+        if (f.name.size() == name.size() && f.name == name)
+            return &f;
+    }
+    return nullptr;
+}
+
 AdifReader::AdifReader(QByteArray data)
     : data_(std::move(data))
 {
