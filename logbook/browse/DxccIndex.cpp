@@ -55,7 +55,6 @@ void DxccIndex::add(const QString& pattern, const DxccEntity& entity)
 {
     const int index = int(rows_.size());
     rows_.append({ pattern, entity });
-    cache_.clear();
     if (pattern.isNull())
         return; // NULL matches nothing
     const bool prefix = pattern.endsWith(QLatin1Char('%'));
@@ -102,17 +101,14 @@ bool DxccIndex::isExactCall(const QString& text) const
     return exact_.contains(folded(text));
 }
 
-DxccEntity DxccIndex::find(const QString& callsign)
+DxccEntity DxccIndex::find(const QString& callsign) const
 {
     const QString text = DxccCall::normalised(callsign, [this](const QString& t) { return isExactCall(t); });
     return text.isEmpty() ? DxccEntity() : match(text);
 }
 
-DxccEntity DxccIndex::match(const QString& text)
+DxccEntity DxccIndex::match(const QString& text) const
 {
-    const auto cached = cache_.constFind(text);
-    if (cached != cache_.cend())
-        return *cached;
     QString key = folded(text);
     int best = exact_.value(key, INT_MAX);
     // Every prefix of the text, longest first, shortened in place.
@@ -132,7 +128,5 @@ DxccEntity DxccIndex::match(const QString& text)
             break;
         }
     }
-    const DxccEntity found = best == INT_MAX ? DxccEntity() : rows_[best].entity;
-    cache_.insert(text, found);
-    return found;
+    return best == INT_MAX ? DxccEntity() : rows_[best].entity;
 }

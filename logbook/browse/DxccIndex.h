@@ -24,9 +24,9 @@ public:
     }
 
     // The entity of a callsign as heard (normalised by the country rules).
-    DxccEntity find(const QString& callsign);
+    DxccEntity find(const QString& callsign) const;
     // The entity of the first row whose pattern `text` matches, as the SQL text finds it.
-    DxccEntity match(const QString& text);
+    DxccEntity match(const QString& text) const;
     // True when a row's pattern is `text` itself, without wildcards (an exact call).
     bool isExactCall(const QString& text) const;
     qsizetype size() const { return rows_.size(); }
@@ -44,5 +44,4 @@ private:
     QHash<QString, int> exact_; // upper-case text of a pattern without wildcards -> its first row
     QList<int> others_; // rows with wildcards elsewhere
     int longestPrefix_ = 0;
-    QHash<QString, DxccEntity> cache_;
 };
