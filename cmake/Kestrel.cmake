@@ -25,7 +25,9 @@ endfunction()
 # One GoogleTest program; every case becomes its own ctest entry with the label.
 # Without SOURCES, every .cpp of the calling folder is taken.
 function(kestrel_test name)
-  cmake_parse_arguments(KT "SERIAL" "LABEL;TIMEOUT" "SOURCES;DEPS" ${ARGN})
+  # SERVER_ONLY: a gtest filter of the cases that need a PostgreSQL server; they are registered
+  # only as .pg cases (kestrel_pg_tests), not a second time to be skipped.
+  cmake_parse_arguments(KT "SERIAL" "LABEL;TIMEOUT;SERVER_ONLY" "SOURCES;DEPS" ${ARGN})
   if(NOT KT_SOURCES)
     file(GLOB KT_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   endif()
@@ -42,7 +44,11 @@ function(kestrel_test name)
   if(KT_SERIAL)
     list(APPEND props RUN_SERIAL TRUE)
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+  set(filter)
+  if(KT_SERVER_ONLY)
+    set(filter TEST_FILTER "-${KT_SERVER_ONLY}")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 ${filter}
                        WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} PROPERTIES ${props})
 endfunction()
 
