@@ -277,7 +277,7 @@ AdifImport::State AdifImport::step(qint64 budgetNs)
     if (!more) {
         done_ = total_;
         closeConnection();
-        mapper_.reset(); // its threads free their caches while the file is written
+        mapper_.reset(); // joined after the close: its threads free their caches meanwhile
         state_ = State::Done;
     }
     return state_;

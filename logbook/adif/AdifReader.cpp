@@ -36,25 +36,26 @@ qint64 lengthOf(QByteArrayView text, bool* ok)
 
 void AdifFields::insert(const QString& name, const QString& value)
 {
-    if (Field* f = const_cast<Field*>(find(name)))
-        f->value = value;
-    else
+    const qsizetype at = indexOf(name);
+    if (at < 0)
         fields_.push_back({ name, value });
+    else
+        fields_[std::size_t(at)].value = value;
 }
 
 QString AdifFields::value(const QString& name) const
 {
-    const Field* f = find(name);
-    return f ? f->value : QString();
+    const qsizetype at = indexOf(name);
+    return at < 0 ? QString() : fields_[std::size_t(at)].value;
 }
 
-const AdifFields::Field* AdifFields::find(const QString& name) const
+qsizetype AdifFields::indexOf(const QString& name) const
 {
-    for (const Field& f : fields_) {
-        if (f.name.size() == name.size() && f.name == name)
-            return &f;
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        if (fields_[i].name.size() == name.size() && fields_[i].name == name)
+            return qsizetype(i);
     }
-    return nullptr;
+    return -1;
 }
 
 AdifReader::AdifReader(QByteArray data)

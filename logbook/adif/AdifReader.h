@@ -27,7 +27,7 @@ public:
     };
     void insert(const QString& name, const QString& value);
     QString value(const QString& name) const;
-    bool contains(const QString& name) const { return find(name) != nullptr; }
+    bool contains(const QString& name) const { return indexOf(name) >= 0; }
     bool isEmpty() const { return fields_.empty(); }
     qsizetype size() const { return qsizetype(fields_.size()); }
     auto begin() const { return fields_.cbegin(); }
@@ -35,7 +35,7 @@ public:
     bool operator==(const AdifFields&) const = default;
 
 private:
-    const Field* find(const QString& name) const;
+    qsizetype indexOf(const QString& name) const;
     std::vector<Field> fields_;
 };
 
