@@ -34,12 +34,19 @@ qint64 lengthOf(QByteArrayView text, bool* ok)
 
 } // namespace
 
+std::uint64_t AdifFields::mark(const QString& name)
+{
+    const unsigned first = name.isEmpty() ? 0 : name.front().unicode();
+    return std::uint64_t(1) << ((unsigned(name.size()) * 7 + first) & 63);
+}
+
 void AdifFields::insert(const QString& name, const QString& value)
 {
     const qsizetype at = indexOf(name);
-    if (at < 0)
+    if (at < 0) {
         fields_.push_back({ name, value });
-    else
+        marks_ |= mark(name);
+    } else
         fields_[std::size_t(at)].value = value;
 }
 
@@ -51,8 +58,16 @@ QString AdifFields::value(const QString& name) const
 
 qsizetype AdifFields::indexOf(const QString& name) const
 {
+    // Most names looked up are not in the record: their mark says so at once. Compared here,
+    // length and first letter before the rest: several names share a length.
+    if (!(marks_ & mark(name)))
+        return -1;
+    const qsizetype size = name.size();
+    const QChar* const data = name.constData();
     for (std::size_t i = 0; i < fields_.size(); ++i) {
-        if (fields_[i].name.size() == name.size() && fields_[i].name == name)
+        const QString& n = fields_[i].name;
+        if (n.size() == size && (size == 0 || n.front() == data[0])
+            && std::memcmp(n.constData(), data, std::size_t(size) * sizeof(QChar)) == 0)
             return qsizetype(i);
     }
     return -1;

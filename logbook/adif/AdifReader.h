@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -35,8 +36,11 @@ public:
     bool operator==(const AdifFields&) const = default;
 
 private:
+    // One of 64 bits for a name's length and first letter.
+    static std::uint64_t mark(const QString& name);
     qsizetype indexOf(const QString& name) const;
     std::vector<Field> fields_;
+    std::uint64_t marks_ = 0; // the marks of the names in fields_
 };
 
 struct AdifRecord {

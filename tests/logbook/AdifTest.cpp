@@ -43,6 +43,14 @@ TEST(AdifRead, HeaderFieldsTypesCaseAndBytes)
     EXPECT_EQ(records[1].line, 5);
     EXPECT_EQ(records[1].value("NAME"), QString::fromUtf8("Jürgn")) << "a value that is no UTF-8 is Latin-1";
     EXPECT_EQ(readAll("<CALL:6>DL1ABC ")[0].error, "the record is not ended by <EOR>");
+
+    // A name given twice keeps its last value; CONT and CALL share length and first letter.
+    const AdifRecord twice = readAll("<CONT:2>EU <CALL:5>G4ABC <call:6>DL1ABC <EOR>")[0];
+    EXPECT_EQ(twice.fields.size(), 2);
+    EXPECT_EQ(twice.value("CALL"), "DL1ABC");
+    EXPECT_EQ(twice.value("CONT"), "EU");
+    EXPECT_FALSE(twice.has("CQZ"));
+    EXPECT_FALSE(readAll("<CONT:2>EU <EOR>")[0].has("CALL"));
 }
 
 TEST(AdifRead, LengthsInEveryWritingAndTheDamagedOnes)
