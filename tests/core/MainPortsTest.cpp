@@ -38,7 +38,6 @@ TEST(MainPorts, SensorBoxRunsAt9600OnItsOwnPort)
 TEST(MainPorts, LampTextsAndRoles)
 {
     EXPECT_EQ(MainPorts::lampText(1, QStringLiteral("10")), QStringLiteral("Com1 PortNr: 10 "));
-    EXPECT_EQ(MainPorts::lampText(4, QStringLiteral("12")), QStringLiteral("Com4 PortNr: 12 "));
     EXPECT_EQ(MainPorts::role(3), QStringLiteral("sensor box"));
     EXPECT_EQ(MainPorts::role(4), QStringLiteral("rotator"));
 }

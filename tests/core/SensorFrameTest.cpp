@@ -14,11 +14,6 @@ QByteArray frame(int elevation, int temperature)
 }
 } // namespace
 
-TEST(SensorFrame, HexTextHasTwoUpperCaseDigitsPerByte)
-{
-    EXPECT_EQ(SensorFrame::hexText(QByteArray::fromHex("000a0ff0ff")), QStringLiteral("000A0FF0FF"));
-}
-
 TEST(SensorFrame, FieldsAtCharacters23And31)
 {
     // 0x02EE = 750 thousandths at characters 23-26, 0x15 = 21 at characters 31-32
@@ -34,7 +29,6 @@ TEST(SensorFrame, FieldsAtCharacters23And31)
 TEST(SensorFrame, ElevationFormatHasOneDecimalAndALeadingZero)
 {
     EXPECT_EQ(SensorFrame::elevationText({ 40, 0 }), QStringLiteral("Ele = 0.0"));
-    EXPECT_EQ(SensorFrame::elevationText({ 400, 0 }), QStringLiteral("Ele = 0.4"));
     EXPECT_EQ(SensorFrame::elevationText({ 1000, 0 }), QStringLiteral("Ele = 1.0"));
     EXPECT_EQ(SensorFrame::elevationText({ 65535, 0 }), QStringLiteral("Ele = 65.5"));
     EXPECT_EQ(SensorFrame::temperatureText({ 0, 255 }), QStringLiteral("Temp = 255"));
