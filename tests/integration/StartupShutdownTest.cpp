@@ -69,6 +69,14 @@ void writeForeignDatabase(const TempDir& dir)
     QSqlDatabase::removeDatabase(QStringLiteral("foreign"));
 }
 
+// The station with one start-up fault: a damaged Kestrel.txt or a foreign database.
+void writeFaultyStation(const TempDir& dir, bool foreignDatabase)
+{
+    writeStation(dir, foreignDatabase ? std::function<void(QByteArray&)>() : damageFirstLine);
+    if (foreignDatabase)
+        writeForeignDatabase(dir);
+}
+
 struct Program {
     Program()
         : station(prompts)
@@ -144,9 +152,7 @@ TEST(StartupShutdown, EachFaultIsToldOnceWhateverWindowsReadIt)
     for (const bool foreignDatabase : { false, true }) {
         SCOPED_TRACE(foreignDatabase ? "foreign database" : "damaged Kestrel.txt");
         TempDir dir;
-        writeStation(dir, foreignDatabase ? std::function<void(QByteArray&)>() : damageFirstLine);
-        if (foreignDatabase)
-            writeForeignDatabase(dir);
+        writeFaultyStation(dir, foreignDatabase);
         Program p;
         p.form->load();
         p.openEveryWindow();
@@ -193,9 +199,7 @@ TEST(StartupShutdown, SigtermWhileTheStartUpBoxIsOpenLeavesTheFilesAsTheyAreAndE
     for (const bool foreignDatabase : { false, true }) {
         SCOPED_TRACE(foreignDatabase ? "foreign database" : "damaged Kestrel.txt");
         TempDir dir;
-        writeStation(dir, foreignDatabase ? std::function<void(QByteArray&)>() : damageFirstLine);
-        if (foreignDatabase)
-            writeForeignDatabase(dir);
+        writeFaultyStation(dir, foreignDatabase);
         const QByteArray before = dir.read(QStringLiteral("Kestrel.txt"));
         RunningKestrel kestrel(dir);
         ASSERT_TRUE(kestrel.boxOpen()) << kestrel.errors.toStdString();
