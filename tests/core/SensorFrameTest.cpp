@@ -31,7 +31,6 @@ TEST(SensorFrame, ElevationFormatHasOneDecimalAndALeadingZero)
     EXPECT_EQ(SensorFrame::elevationText({ 40, 0 }), QStringLiteral("Ele = 0.0"));
     EXPECT_EQ(SensorFrame::elevationText({ 1000, 0 }), QStringLiteral("Ele = 1.0"));
     EXPECT_EQ(SensorFrame::elevationText({ 65535, 0 }), QStringLiteral("Ele = 65.5"));
-    EXPECT_EQ(SensorFrame::temperatureText({ 0, 255 }), QStringLiteral("Temp = 255"));
 }
 
 TEST(SensorFrame, ShortRepliesGiveNothingLongerOnesTheFirstFrame)

@@ -164,8 +164,6 @@ TEST(Form1, ClosingSavesTheSettingsAlthoughNothingChanged)
     ASSERT_EQ(lines.size(), 47);
     EXPECT_EQ(lines[3], QByteArray("\"vvv de n0call\""));
     EXPECT_EQ(lines[5], QByteArray("\"N0CALL\""));
-    EXPECT_EQ(lines[6], QByteArray("\"JN48TH\""));
-    EXPECT_EQ(lines[19], QByteArray("\"3640\""));
     for (int n = 1; n <= 4; ++n)
         EXPECT_FALSE(f.form->isPortOpen(n)) << n;
     EXPECT_FALSE(f.form->timer().isActive());
