@@ -142,18 +142,6 @@ TEST_F(GpsWindow, TheFixComesFromGsaAndFromRmcOrGgaWithoutOne)
     EXPECT_FALSE(imageShown());
 }
 
-TEST_F(GpsWindow, MultiSystemTalkersDecodeLikeGps)
-{
-    start();
-    ASSERT_TRUE(sendAndWait("$GNRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*74\r\n"
-                            "$GNGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*59\r\n"
-                            "$GNGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*27\r\n",
-        "txtMO", "3D-Fix"));
-    expectBoxes({ { "txtUT", "12:35:19" }, { "txtLo", "11.51666667" }, { "txtQU", "GPS fix" },
-        { "txtALS", "545.4" } });
-    EXPECT_EQ(grid(), "JN58SC   48.117300° N  11.516667° E");
-}
-
 TEST_F(GpsWindow, TheLogStaysBounded)
 {
     start();

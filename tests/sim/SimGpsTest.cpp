@@ -20,13 +20,6 @@ const QDateTime start(QDate(2024, 3, 23), QTime(12, 35, 19), Qt::UTC);
 
 } // namespace
 
-TEST(SimGps, ChecksumIsTheXorBetweenDollarAndStar)
-{
-    EXPECT_EQ(SimGps::checksum("GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,"), 0x47);
-    EXPECT_EQ(SimGps::sentence("A"), QByteArray("$A*41\r\n"));
-    EXPECT_EQ(SimGps::sentence("AA"), QByteArray("$AA*00\r\n"));
-}
-
 TEST(SimGps, WritesPositionsInDegreesAndMinutes)
 {
     EXPECT_EQ(SimGps::longitudeFields(-0.5), QByteArray("00030.0000,W"));
