@@ -9,11 +9,9 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QMainWindow>
-#include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -182,23 +180,6 @@ TEST(SpectrumPanel, RecordingsAtOtherRatesShowWhatTheSoundCardWould)
         EXPECT_EQ(high.text("lblMax"), "0 dB anl");
         EXPECT_EQ(high.text("lblMaxHold"), "0");
     }
-}
-
-TEST(SpectrumPanel, FlacRecordingPlays)
-{
-    const QString sox = QStandardPaths::findExecutable("sox");
-    if (sox.isEmpty())
-        GTEST_SKIP() << "sox not installed";
-    Host h;
-    const QString flac = h.dir.file("tone.flac");
-    ASSERT_EQ(QProcess::execute(sox,
-                  { "-n", "-r", "44100", "-c", "1", "-b", "16", flac, "synth", "10", "sine", "1000", "vol",
-                      "0.5" }),
-        0);
-    ASSERT_TRUE(h.playFile(flac));
-    EXPECT_EQ(h.text("lblFreq"), "500 Hz");
-    EXPECT_NEAR(number(h.text("lblMax")), 33, 1);
-    EXPECT_TRUE(h.prompts.shown.isEmpty()) << h.prompts.shown.join(" | ").toStdString();
 }
 
 TEST(SpectrumPanel, BackFromARecordingToTheSoundCard)

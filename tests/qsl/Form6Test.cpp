@@ -15,9 +15,7 @@
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrintPreviewWidget>
-#include <QProcess>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <memory>
@@ -61,11 +59,6 @@ protected:
 
 TEST_F(Form6Window, ShowsTheStationLinesAndHandsItsOwnLayoutToThePrinter)
 {
-    EXPECT_EQ(form->objectName().toStdString(), "Form6");
-    // The controls no test below drives by name.
-    for (const char* name : { "Label10", "mode", "rsts", "qrb", "qtf" })
-        EXPECT_NE(form->findChild<QWidget*>(QString::fromLatin1(name)), nullptr) << name;
-
     EXPECT_EQ(shown(CardName::MyCall).toStdString(), "DL7KES");
     EXPECT_EQ(shown(CardName::MyGrid).toStdString(), "Loc: JO62QM48ab");
     EXPECT_EQ(shown(CardName::Info).toStdString(), "DOK: X01  WAZ 14  ITU 28");
@@ -201,7 +194,7 @@ TEST_F(Form6Window, MissingPicturesAreNotedAndHidden)
     EXPECT_EQ(pdfText(pdf).count('\f'), 1);
 }
 
-TEST_F(Form6Window, PreviewPrintDialogAndExitDoNotBlock)
+TEST_F(Form6Window, PreviewAndExitDoNotBlock)
 {
     form->card().setText(CardName::Callsign, "SM5ABC");
     click("cmdPreview");
@@ -212,18 +205,12 @@ TEST_F(Form6Window, PreviewPrintDialogAndExitDoNotBlock)
     QTRY_COMPARE(pages->pageCount(), 1);
     preview->reject();
     EXPECT_FALSE(QFile::exists(pdf)); // a preview prints nothing
-
-    click("cmdPrinter");
-    auto* dialog = form->findChild<QPrintDialog*>();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_TRUE(dialog->isVisible());
-    dialog->reject();
     click("Exit");
     EXPECT_FALSE(form->isVisible());
 }
 
-// "Print to File (PDF)" chosen in the print dialog: the dialog brings its own paper along, the
-// card that comes out is still 140 x 90 mm.
+// "Print to File (PDF)" chosen in the print dialog (which must open without blocking): the dialog
+// brings its own paper along, the card that comes out is still 140 x 90 mm.
 TEST_F(Form6Window, ThePrintDialogsPdfFileGetsACardPage)
 {
     form->printer().setOutputFormat(QPrinter::NativeFormat);
@@ -243,14 +230,9 @@ TEST_F(Form6Window, ThePrintDialogsPdfFileGetsACardPage)
     ASSERT_EQ(form->printer().outputFileName(), chosen);
 
     click("Empty");
-    QProcess info;
-    info.start(QStringLiteral("pdfinfo"), { chosen });
-    ASSERT_TRUE(info.waitForFinished(30000));
-    const QString out = QString::fromUtf8(info.readAllStandardOutput());
-    const auto m = QRegularExpression(QStringLiteral("Page size:\\s+([\\d.]+) x ([\\d.]+) pts")).match(out);
-    ASSERT_TRUE(m.hasMatch()) << out.toStdString();
-    EXPECT_NEAR(m.captured(1).toDouble() * 25.4 / 72, 140.0, 0.5) << out.toStdString();
-    EXPECT_NEAR(m.captured(2).toDouble() * 25.4 / 72, 90.0, 0.5) << out.toStdString();
+    const QSizeF page = pdfPageSizeMm(chosen);
+    EXPECT_NEAR(page.width(), 140.0, 0.5);
+    EXPECT_NEAR(page.height(), 90.0, 0.5);
 }
 
 TEST_F(Form6Window, ALongCallsignIsShownSmallerToFitItsBox)

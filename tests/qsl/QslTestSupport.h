@@ -11,6 +11,8 @@
 
 #include <QImage>
 #include <QProcess>
+#include <QRegularExpression>
+#include <QSizeF>
 #include <QSqlQuery>
 #include <QString>
 
@@ -98,6 +100,18 @@ inline QString pdfText(const QString& pdf)
     EXPECT_TRUE(p.waitForFinished(30000)) << "pdftotext did not finish";
     EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
     return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+// The first page's size in millimetres as pdfinfo reports it; empty when it cannot tell.
+inline QSizeF pdfPageSizeMm(const QString& pdf)
+{
+    QProcess info;
+    info.start(QStringLiteral("pdfinfo"), { pdf });
+    EXPECT_TRUE(info.waitForFinished(30000)) << "pdfinfo did not finish";
+    const QString out = QString::fromUtf8(info.readAllStandardOutput());
+    const auto m = QRegularExpression(QStringLiteral("Page size:\\s+([\\d.]+) x ([\\d.]+) pts")).match(out);
+    EXPECT_TRUE(m.hasMatch()) << out.toStdString();
+    return m.hasMatch() ? QSizeF(m.captured(1).toDouble(), m.captured(2).toDouble()) * (25.4 / 72) : QSizeF();
 }
 
 // A small signature picture of the given size, written as BMP.
