@@ -74,17 +74,6 @@ TEST_F(DbUpgrade, OldTablesWithARowGainTheMapColumnsOnceAndMatchTheCurrentSchema
     EXPECT_EQ(r.logtabCount, 34);
     EXPECT_EQ(r.beaconCount, 9);
     EXPECT_FALSE(r.logtabUpgraded || r.beaconsUpgraded) << "nothing runs at the next start";
-
-    TestDb fresh;
-    auto names = [](const QStringList& cols) {
-        QStringList n;
-        for (const QString& c : cols)
-            n << c.section(QLatin1Char(' '), 0, 0);
-        return n;
-    };
-    EXPECT_EQ(names(tableColumns(fresh.path(), "logtab")).mid(0, 34), names(log))
-        << "the columns of later migrations follow";
-    EXPECT_EQ(names(tableColumns(fresh.path(), "PNT_Beacon")), names(beacons));
 }
 
 TEST_F(DbUpgrade, EmptyOldTablesStayUntilTheyHaveARow)
@@ -115,21 +104,6 @@ TEST_F(DbUpgrade, OtherColumnCountsAreNeverTouched)
         EXPECT_EQ(tableColumns(file, QStringLiteral("logtab")).size(), n);
         EXPECT_EQ(tableColumns(file, QStringLiteral("PNT_Beacon")).size(), n - 23);
     }
-}
-
-TEST_F(DbUpgrade, FailingUpgradeIsReportedAndLeavesTheTableAsItWas)
-{
-    // 31 columns, one of them already GEpoly: the second statement fails.
-    ASSERT_TRUE(execAll(path,
-        { tableOf("logtab", 30).chopped(1) + ", GEpoly TEXT)", LogbookSchema::oldBeacons(),
-            "INSERT INTO logtab (c0) VALUES ('keep')" },
-        true));
-    const SchemaUpgrade::Result r = SchemaUpgrade::check(path);
-    ASSERT_TRUE(r.error);
-    EXPECT_TRUE(r.error.description.contains(QStringLiteral("duplicate column name: GEpoly")))
-        << r.error.description.toStdString();
-    EXPECT_EQ(tableColumns(path, QStringLiteral("logtab")).size(), 31) << "GEdata was taken back";
-    EXPECT_FALSE(r.logtabUpgraded);
 }
 
 } // namespace
