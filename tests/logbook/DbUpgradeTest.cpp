@@ -106,4 +106,19 @@ TEST_F(DbUpgrade, OtherColumnCountsAreNeverTouched)
     }
 }
 
+TEST_F(DbUpgrade, FailingUpgradeIsReportedAndLeavesTheTableAsItWas)
+{
+    // 31 columns, one of them already GEpoly: the second statement fails.
+    ASSERT_TRUE(execAll(path,
+        { tableOf("logtab", 30).chopped(1) + ", GEpoly TEXT)", LogbookSchema::oldBeacons(),
+            "INSERT INTO logtab (c0) VALUES ('keep')" },
+        true));
+    const SchemaUpgrade::Result r = SchemaUpgrade::check(path);
+    ASSERT_TRUE(r.error);
+    EXPECT_TRUE(r.error.description.contains(QStringLiteral("duplicate column name: GEpoly")))
+        << r.error.description.toStdString();
+    EXPECT_EQ(tableColumns(path, QStringLiteral("logtab")).size(), 31) << "GEdata was taken back";
+    EXPECT_FALSE(r.logtabUpgraded);
+}
+
 } // namespace
