@@ -77,32 +77,6 @@ TEST(EdiExport, TwoMetreAndSeventyCentimetreLogsGiveTheGoldenFiles)
         }));
 }
 
-TEST(EdiExport, ReadBackGivesTheLogsContactsInOrder)
-{
-    EdiDb db;
-    ASSERT_EQ(db.write("144%", "2m.edi"), EdiExport::Result::Written);
-    const EdiFileRead f = EdiFileRead::parse(db.dir.read("2m.edi"));
-    QList<Row> log;
-    for (const Row& r : ediContestLog()) {
-        if (r["Band"] == "144")
-            log << r;
-    }
-    ASSERT_EQ(f.records.size(), log.size());
-    for (int i = 0; i < log.size(); ++i) {
-        const Row& r = log[i];
-        const EdiRecord& e = f.records[i];
-        const QString grid = r["Grid"].toString();
-        EXPECT_EQ(e.date, r["Date"].toString().remove('-').mid(2));
-        EXPECT_EQ(e.time, r["GMT"].toString().remove(':'));
-        EXPECT_EQ(e.call, r["Callsign"].toString());
-        EXPECT_EQ(e.nrSent.toInt(), r["NrSent"].toInt());
-        EXPECT_EQ(e.nrRcvd.toInt(), r["NrRcvd"].toInt());
-        EXPECT_EQ(e.locator, EdiLocator::isValid(grid) ? grid.left(6).toUpper() : QString()) << i;
-        if (e.dupe.isEmpty() && !e.locator.isEmpty())
-            EXPECT_EQ(e.points, EdiLocator::points(EdiLocator::distanceKm("JN48OW", e.locator)));
-    }
-}
-
 TEST(EdiExport, EmptyAndNonEdiBandsWriteNoFile)
 {
     EdiDb db;

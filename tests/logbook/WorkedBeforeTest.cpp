@@ -74,17 +74,6 @@ TEST(WorkedBefore, DupeNewEntityAndNewSquareAreFlaggedPerBand)
         QStringList({ "New DXCC on 144: Fed. Rep. of Germany", "New square on 144: JO62" }));
 }
 
-TEST(WorkedBefore, ASavedContactCountsAtOnce)
-{
-    WorkedLog l;
-    l.worked.add({ "SM5XYZ", "2026-11-15", "1296", "Q65", "JO89", "", "Sweden" });
-    const WorkedCheck w = l.worked.check("sm5xyz", "1296", "JO89");
-    EXPECT_TRUE(w.dupe);
-    EXPECT_FALSE(w.newEntity);
-    EXPECT_FALSE(w.newSquare);
-    EXPECT_EQ(WorkedBefore::lines(w, "1296"), QStringList({ "DUPE on 1296", "15.11.2026  1296  Q65  JO89" }));
-}
-
 // Rows saved at another position are read by their IDs alone; one known already is not read
 // or counted again, whether loaded, added by its own save or heard before.
 TEST(WorkedBefore, RowsSavedElsewhereAreAddedByTheirIds)
